@@ -1,0 +1,41 @@
+// The settings that the command line selects, and the scanner that fills them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "geometry/ref_cell.h"
+
+namespace bgr {
+
+enum class Mode : std::int32_t {
+  List = 1,
+  Move = 2,
+  DeleteEdges = 3,
+  Graph = 4,
+  TxpExport = 5,
+  TxdExport = 6,
+  Merge = 7,
+  Purge = 8,
+  EditScript = 9,
+  Script = 10,
+  TmsGeneration = 11,
+};
+
+struct Settings {
+  Mode mode = Mode::List;
+  double north = 0.0;
+  double east = 0.0;
+  std::int32_t vmin = -1;
+  std::int32_t vmax = -1;
+  std::string textName;
+  std::int32_t txpLevel = 0;
+  std::int32_t printValues = 0;
+  RefCell refCell = RefCell::Unrestricted();
+};
+
+// Tries one argument against the option table, first match wins; true when it
+// was taken as an option (also when its value didn't scan).
+bool ScanOption(const char* arg, Settings& settings);
+
+}  // namespace bgr

@@ -1,0 +1,3 @@
+#include "frame/dispatcher.h"
+
+int main(int argc, char** argv) { return bgr::RunBgrtool(argc, argv); }

@@ -1,0 +1,40 @@
+// What the program needs of the operating system: paths written with backslashes
+// on a case-insensitive system, file moves, wildcard scans and a millisecond clock.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+bool IsSeparator(char c);
+
+// A path text with '\' or '/' as native path; every component that exists on disk
+// under another case is taken as it stands there. Components that don't exist
+// stay as given, so new files are created with the name the user wrote.
+std::string NativePath(std::string_view path);
+
+// fopen of a path text; refuses directories, as the source system's fopen does.
+std::FILE* OpenFile(std::string_view path, const char* mode);
+
+// Removes a file (never a directory). True when it is gone.
+bool RemoveFile(std::string_view path);
+
+// Puts 'from' at the name 'to', replacing an existing 'to' in one step where the
+// file system allows it, and across file systems by a copy. On failure both files
+// stay where they were.
+bool MoveFile(std::string_view from, std::string_view to);
+
+// '*' and '?' wildcards, compared ignoring case.
+bool WildcardMatch(std::string_view pattern, std::string_view name);
+
+// Names (without folder) of the entries in the pattern's folder that match the
+// pattern's last component, in name order.
+std::vector<std::string> FindEntries(std::string_view pattern);
+
+std::int64_t NowMs();
+
+}  // namespace platform
