@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""Builds the example airport LMML.BGR and LMML.PLY from the OpenStreetMap
+extract of Malta International (runway and taxiway centre lines, aprons).
+
+Usage: python3 examples/make_lmml.py [path/to/LMML.geojson] [output folder]
+"""
+import json
+import math
+import os
+import struct
+import sys
+
+FEET_PER_DEGREE_LAT = 364000.0  # about 111 km per degree
+RUNWAY_WIDTH = {"05/23": 148, "13/31": 197}
+TAXIWAY_WIDTH = 75
+
+
+def tag(text):
+    return text.encode() + b"\0"
+
+
+def width_word(width, flags):
+    width = max(25, min(500, width))
+    return ((width * 128) // 50 + 16840) << 16 | flags
+
+
+def main():
+    here = os.path.dirname(os.path.abspath(__file__))
+    source = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "..", "..", "shared", "data", "osm", "LMML", "LMML.geojson")
+    out_dir = sys.argv[2] if len(sys.argv) > 2 else here
+    features = json.load(open(source))["features"]
+    ways = [f for f in features if f["geometry"]["type"] == "LineString"
+            and f["properties"].get("aeroway") in ("runway", "taxiway")]
+    aprons = [f for f in features if f["geometry"]["type"] == "Polygon" and f["properties"].get("aeroway") == "apron"]
+
+    runway_points = [p for f in ways if f["properties"]["aeroway"] == "runway" for p in f["geometry"]["coordinates"]]
+    lon0 = sum(p[0] for p in runway_points) / len(runway_points)
+    lat0 = sum(p[1] for p in runway_points) / len(runway_points)
+    east_per_degree = FEET_PER_DEGREE_LAT * math.cos(math.radians(lat0))
+
+    def feet(lon, lat):
+        return round((lon - lon0) * east_per_degree), round((lat - lat0) * FEET_PER_DEGREE_LAT)
+
+    index = {}
+    nodes = []
+    edges = []
+    for way in ways:
+        props = way["properties"]
+        is_runway = props["aeroway"] == "runway"
+        width = RUNWAY_WIDTH.get(props.get("ref"), 150) if is_runway else TAXIWAY_WIDTH
+        numbers = []
+        for node_id, (lon, lat) in zip(props["node_ids"], way["geometry"]["coordinates"]):
+            if node_id not in index:
+                index[node_id] = len(nodes)
+                nodes.append(feet(lon, lat))
+            numbers.append(index[node_id])
+        for a, b in zip(numbers, numbers[1:]):
+            if a != b:
+                edges.append((a, b, width_word(width, 15), 0 if is_runway else 1))
+
+    data = tag("<bgno>") + tag("<orgn>") + struct.pack("<dddi", lat0 * 3600.0, lon0 * 3600.0, 0.0, 1)
+    for x, z in nodes:
+        data += tag("<node>") + tag("<bgno>") + tag("<vloc>") + struct.pack("<ddd", x, 0.0, z) + tag("<endo>")
+    for a, b, word, kind in edges:
+        data += tag("<edge>") + struct.pack("<ii", a, b) + tag("<bgno>") + tag("<thck>") + struct.pack("<i", word)
+        data += tag("<type>") + struct.pack("<i", kind) + tag("<endo>")
+    data += tag("<endo>")
+    with open(os.path.join(out_dir, "LMML.BGR"), "wb") as f:
+        f.write(data)
+
+    with open(os.path.join(out_dir, "LMML.PLY"), "w", newline="\n") as f:
+        f.write("ORG %f %f\n" % (lat0 * 3600.0, lon0 * 3600.0))
+        for number, apron in enumerate(aprons):
+            ring = apron["geometry"]["coordinates"][0]
+            if ring[0] == ring[-1]:
+                ring = ring[:-1]
+            for lon, lat in ring:
+                x, z = feet(lon, lat)
+                f.write("POI %d %d\n" % (x, z))
+            f.write('PLY "apron%d"\n' % number)
+    print("LMML.BGR: %d nodes, %d edges; LMML.PLY: %d aprons" % (len(nodes), len(edges), len(aprons)))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,161 @@
+// The frame and the BGR listing, run as a user runs them.
+#include <gtest/gtest.h>
+
+#include "cli/cli_case.h"
+#include "support/bgr_builder.h"
+#include "support/run_tool.h"
+#include "support/temp_dir.h"
+
+namespace bgrtest {
+namespace {
+
+const std::string kUsage =
+    "paras: <options> filename [fielname2]\n"
+    "       -deVMIN:VMAX      delete edge(s)\n"
+    "       -lsVMIN:VMAX      list (some/all) vertices\n"
+    "       -mg               merge filename into filename2\n"
+    "       -gr               graph filename\n"
+    "       -teNAME           interpret text file NAME\n"
+    "       -mvN:E:VMIN:VMAX  move (some/all) vertices north N east E (float)\n"
+    "       -pg               purge - remove unused vertices\n"
+    "       -txd              generate TXD (taxiwayeditor)\n";
+
+const std::string kNoBounds = "WS= 99999999.000000 99999999.000000, EN= -99999999.000000 -99999999.000000\n";
+// 171000.5" N is 47 degrees 30 minutes 0.5 seconds; -441000.25" is mirrored one
+// tick short of the full circle, so its last tick is lost.
+const std::string kOrigin = "<orgn>  (47 30'00.5000\"N 122 30'00.2499\"W)\n";
+
+// Three nodes and one taxiway 0-1 of width code 17096 (100 ft), all flags.
+std::string SmallNetwork() {
+  BgrBuilder b;
+  b.Origin(171000.5, -441000.25).Node(0, 0, 0).Node(100, 0, 200.5).Node(-50, 1, -20);
+  b.Edge(0, 1, 17096, 15, 1).End();
+  return b.data;
+}
+
+const std::string kSmallListing =
+    "<bgno>\n" + kOrigin +
+    "<node>\n<bgno>\n<vloc> (0)\n<endo>\n"
+    "<node>\n<bgno>\n<vloc> (1)\n<endo>\n"
+    "<node>\n<bgno>\n<vloc> (2)\n<endo>\n"
+    "<edge> \n<bgno>\n<thck> 17096 100ft sp=0F\n<type> \n<endo>\n<endo>\n"
+    "WS= -50.000000 -20.000000, EN= 100.000000 200.500000\n";
+
+std::string FiveNodes() {
+  BgrBuilder b;
+  b.Origin(171000.5, -441000.25);
+  for (int i = 0; i < 5; ++i) b.Node(i * 10, 0, i * -5);
+  b.Edge(3, 4, 16904, 1, 0).End();
+  return b.data;
+}
+
+std::string MissingLines(const std::string& name) {
+  return "ERROR: BgrList source file '" + name + "' not found\n" + kNoBounds;
+}
+
+std::vector<std::string> MissingReport(const std::string& name) {
+  return {"INFO: WrapFileOpen(" + name + ", [00] rb) failed", "ERROR: BgrList source file '" + name + "' not found"};
+}
+
+std::vector<CliCase> Cases() {
+  std::vector<CliCase> cases;
+  cases.push_back({"no arguments give the usage text", {}, {}, kUsage, 255});
+  cases.push_back({"two names for the list mode give the usage text", {"a.bgr", "b.bgr"}, {}, kUsage, 255});
+  cases.push_back({"plain listing shows tags, node numbers and widths", {"a.bgr"}, {{"a.bgr", SmallNetwork()}},
+                   kSmallListing});
+  cases.push_back({"extension and name are found whatever their case", {"DATA\\A.BGR"},
+                   {{"data/a.bgr", SmallNetwork()}}, kSmallListing});
+  cases.push_back({"ls prints the values",
+                   {"-ls", "a.bgr"},
+                   {{"a.bgr", SmallNetwork()}},
+                   "<bgno>\n<orgn>  171000.500000 -441000.250000 0.000000 1 (47 30'00.5000\"N 122 30'00.2499\"W)\n"
+                   "<node>\n<bgno>\n<vloc> (0) 0.000000 0.000000 0.000000\n<endo>\n"
+                   "<node>\n<bgno>\n<vloc> (1) 100.000000 0.000000 200.500000\n<endo>\n"
+                   "<node>\n<bgno>\n<vloc> (2) -50.000000 1.000000 -20.000000\n<endo>\n"
+                   "<edge>  0 1\n<bgno>\n<thck> 17096 100ft sp=0F\n<type>  1\n<endo>\n<endo>\n"
+                   "WS= -50.000000 -20.000000, EN= 100.000000 200.500000\n"});
+  cases.push_back({"a later pr0 switches the values off again", {"-ls", "-pr0", "a.bgr"},
+                   {{"a.bgr", SmallNetwork()}}, kSmallListing});
+  cases.push_back({"ls after pr0 switches them on", {"-pr0", "-ls0:0", "a.bgr"}, {{"a.bgr", SmallNetwork()}},
+                   "<orgn>  171000.500000 -441000.250000 0.000000 1 (47 30'00.5000\"N 122 30'00.2499\"W)\n"
+                   "<vloc> (0) 0.000000 0.000000 0.000000\n"
+                   // nodes 1 and 2 are out of range: their doubles are dumped as raw bytes
+                   " 00 00 00 00 00 00 59 40 00 00 00 00 00 00 00 00 00 00 00 00 00 10 69 40"
+                   " 00 00 00 00 00 00 49 C0 00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 34 C0"
+                   "<edge>  0 1\n<thck> 17096 100ft sp=0F\n<type>  1\n"
+                   "WS= 0.000000 0.000000, EN= 0.000000 0.000000\n"});
+  cases.push_back({"a single node of the range, no structural tags", {"-ls3", "-pr0", "f.bgr"},
+                   {{"f.bgr", FiveNodes()}},
+                   kOrigin + "<vloc> (3)\n<edge> \n<thck> 16904 25ft sp=01\n<type> \n"
+                             "WS= 30.000000 -15.000000, EN= 30.000000 -15.000000\n"});
+  cases.push_back({"a range of nodes", {"-ls1:2", "-pr0", "f.bgr"}, {{"f.bgr", FiveNodes()}},
+                   kOrigin + "<vloc> (1)\n<vloc> (2)\n<edge> \n<thck> 16904 25ft sp=01\n<type> \n"
+                             "WS= 10.000000 -10.000000, EN= 20.000000 -5.000000\n"});
+  cases.push_back({"a range that hits no node keeps the start bounds", {"-ls50", "-pr0", "f.bgr"},
+                   {{"f.bgr", FiveNodes()}},
+                   kOrigin + "<edge> \n<thck> 16904 25ft sp=01\n<type> \n" + kNoBounds});
+  cases.push_back({"flow marks are dumped as bytes when out of range",
+                   {"-ls1", "f.bgr"},
+                   {{"f.bgr", BgrBuilder().Origin(0, 0).Node(1, 2, 3, true).Node(4, 5, 6).End().data}},
+                   "<orgn>  0.000000 0.000000 0.000000 1 (0 0'00.0000\"N 0 0'00.0000\"E)\n"
+                   " 00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 00 40 00 00 00 00 00 00 08 40 01 00 00 00"
+                   "<vloc> (1) 4.000000 5.000000 6.000000\n"
+                   "WS= 4.000000 6.000000, EN= 4.000000 6.000000\n"});
+  cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {}, MissingLines("missing.bgr"), 0,
+                   MissingReport("missing.bgr")});
+  cases.push_back({"an unknown option is the file name", {"-xy"}, {}, MissingLines("-xy"), 0, MissingReport("-xy")});
+  cases.push_back({"an option cut inside its literal has no effect", {"-p", "a.bgr"}, {{"a.bgr", SmallNetwork()}},
+                   kSmallListing});
+  cases.push_back({"a scan that stops on a wrong character is no option", {"-prz", "a.bgr"}, {}, kUsage, 255});
+  cases.push_back({"graph is not implemented", {"-gr", "x.tms"}, {}, "TEXTURESHOW_usage - not implemented\n"});
+  cases.push_back({"txp1 is no option", {"-txp1", "a.bgr"}, {}, kUsage, 255});
+  cases.push_back({"an empty file lists only the bounds", {"e.bgr"}, {{"e.bgr", ""}}, kNoBounds});
+  {
+    BgrBuilder b;
+    b.Origin(171000.5, -441000.25).Node(10, 0, 20);
+    b.Tag("<node>").Tag("<bgno>").Tag("<vloc>").Double(30).Raw(std::string(4, '\0'));
+    cases.push_back({"a file cut inside a record ends the listing there", {"t.bgr"}, {{"t.bgr", b.data}},
+                     "<bgno>\n" + kOrigin + "<node>\n<bgno>\n<vloc> (0)\n<endo>\n<node>\n<bgno>\n<vloc> (1)\n"
+                                            "WS= 10.000000 0.000000, EN= 30.000000 20.000000\n"});
+  }
+  {
+    BgrBuilder b;
+    b.Origin(171000.5, -441000.25).Tag("<node>").Tag("<bgno>").Tag("<vloc>").Double(1).Double(2).Double(3);
+    b.Tag("<flow>").Long('<').Tag("<endo>").End();
+    cases.push_back({"a stray < in a value swallows the next tag", {"s.bgr"}, {{"s.bgr", b.data}},
+                     "<bgno>\n" + kOrigin + "<node>\n<bgno>\n<vloc> (0)\n<flow>\n<\n<endo>\n"
+                                            "WS= 1.000000 3.000000, EN= 1.000000 3.000000\n"});
+  }
+  {
+    BgrBuilder b;
+    b.Origin(171000.5, -441000.25).Raw("<" + std::string(70, 'a') + ">").Raw(std::string(1, '\0')).Node(1, 1, 1);
+    cases.push_back({"a tag of more than 62 characters ends the scan", {"l.bgr"}, {{"l.bgr", b.data}},
+                     "<bgno>\n" + kOrigin + kNoBounds});
+  }
+  {
+    BgrBuilder b;
+    b.Origin(171000.5, -441000.25).Raw("<node>X").Node(1, 1, 1);
+    cases.push_back({"a tag without its zero ends the scan", {"z.bgr"}, {{"z.bgr", b.data}},
+                     "<bgno>\n" + kOrigin + kNoBounds});
+  }
+  return cases;
+}
+
+class ListCli : public ::testing::TestWithParam<CliCase> {};
+TEST_P(ListCli, Runs) { RunCliCase(GetParam()); }
+INSTANTIATE_TEST_SUITE_P(Cases, ListCli, ::testing::ValuesIn(Cases()),
+                         [](const auto& info) { return CaseName(info.param); });
+
+TEST(ReportFile, TwoRunsAppend) {
+  TempDir dir;
+  dir.Write("a.bgr", SmallNetwork());
+  RunTool(BGRTOOL_PATH, dir.path(), {"a.bgr"});
+  RunTool(BGRTOOL_PATH, dir.path(), {"missing.bgr"});
+  EXPECT_EQ(Normalise(dir.Read("report.txt")),
+            "\n<banner>\nbgrtool a.bgr\nTIME= <t> sec\n\n<banner>\nbgrtool missing.bgr\n"
+            "INFO: WrapFileOpen(missing.bgr, [00] rb) failed\n"
+            "ERROR: BgrList source file 'missing.bgr' not found\nTIME= <t> sec\n");
+}
+
+}  // namespace
+}  // namespace bgrtest

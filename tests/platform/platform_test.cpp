@@ -1,0 +1,58 @@
+#include "platform/platform.h"
+
+#include <gtest/gtest.h>
+
+#include "support/temp_dir.h"
+
+namespace {
+
+TEST(Platform, BackslashPathsFindFilesWhateverTheirCase) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  dir.Write("data/ksea.bgr", "x");
+  EXPECT_EQ(platform::NativePath("DATA\\KSEA.BGR"), "data/ksea.bgr");
+  EXPECT_EQ(platform::NativePath("data/KSEA.bgr"), "data/ksea.bgr");
+  EXPECT_EQ(platform::NativePath("DATA\\NEW.BGR"), "data/NEW.BGR");  // new files keep the name given
+  EXPECT_EQ(platform::NativePath("NOPE\\X\\Y"), "NOPE/X/Y");
+  EXPECT_EQ(platform::NativePath(dir.path() + "\\DATA\\ksea.BGR"), dir.path() + "/data/ksea.bgr");
+  std::FILE* f = platform::OpenFile("Data\\Ksea.Bgr", "rb");
+  ASSERT_NE(f, nullptr);
+  std::fclose(f);
+  EXPECT_EQ(platform::OpenFile("data", "rb"), nullptr);
+}
+
+TEST(Platform, MoveReplacesTheTarget) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  dir.Write("_TEMP_.BGR", "new");
+  dir.Write("sub/a.bgr", "old");
+  EXPECT_TRUE(platform::MoveFile("_TEMP_.BGR", "SUB\\A.BGR"));
+  EXPECT_EQ(dir.Read("sub/a.bgr"), "new");
+  EXPECT_FALSE(dir.Exists("_TEMP_.BGR"));
+  EXPECT_FALSE(platform::MoveFile("_TEMP_.BGR", "sub\\a.bgr"));
+  EXPECT_EQ(dir.Read("sub/a.bgr"), "new");
+}
+
+TEST(Platform, Wildcards) {
+  struct Case {
+    const char* pattern;
+    const char* name;
+    bool match;
+  };
+  const Case cases[] = {{"*", "abc", true},       {"*.tmp", "A.TMP", true}, {"*.tmp", "a.tmpx", false},
+                        {"a?c", "abc", true},     {"a?c", "ac", false},     {"*b*", "abc", true},
+                        {"**x", "x", true},       {"", "", true},           {"a*c*e", "abcxdxe", true},
+                        {"a*c*e", "abcxdx", false}};
+  for (const Case& c : cases)
+    EXPECT_EQ(platform::WildcardMatch(c.pattern, c.name), c.match) << c.pattern << " " << c.name;
+}
+
+TEST(Platform, RemoveLeavesFolders) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  dir.Write("d/x", "1");
+  EXPECT_FALSE(platform::RemoveFile("d"));
+  EXPECT_TRUE(platform::RemoveFile("D\\X"));
+}
+
+}  // namespace

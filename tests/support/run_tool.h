@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace bgrtest {
+
+struct ToolRun {
+  int exitStatus = -1;  // the process's exit status, 0..255
+  std::string out;      // standard output
+};
+
+// Runs the built binary in 'dir', started by the bare name "bgrtool", so its
+// report.txt lands in 'dir'.
+ToolRun RunTool(const std::string& binary, const std::string& dir, const std::vector<std::string>& args);
+
+// Report or console text with the banner's credit and the TIME value replaced:
+// "<banner>" (the leading blank or line break stays) and "TIME= <t> sec".
+std::string Normalise(const std::string& text);
+
+}  // namespace bgrtest
