@@ -37,4 +37,21 @@ std::vector<std::string> FindEntries(std::string_view pattern);
 
 std::int64_t NowMs();
 
+// Byte access without the stream lock: the program has one thread, and the
+// listings walk files of many megabytes a byte at a time.
+inline int GetByte(std::FILE* f) {
+#if defined(_WIN32)
+  return _getc_nolock(f);
+#else
+  return getc_unlocked(f);
+#endif
+}
+inline void PutByte(int c, std::FILE* f) {
+#if defined(_WIN32)
+  _putc_nolock(c, f);
+#else
+  putc_unlocked(c, f);
+#endif
+}
+
 }  // namespace platform

@@ -1,7 +1,10 @@
 #include "tools/tag_stream.h"
 
+#include <charconv>
+
 #include "formats/little_endian.h"
 #include "frame/text.h"
+#include "platform/platform.h"
 
 namespace bgr {
 
@@ -11,14 +14,15 @@ bool ScanTag(std::string& tag, std::FILE* source, std::FILE* copy, std::int32_t 
   tag.clear();
   if (!source) return false;
   for (;;) {
-    int c = std::getc(source);
+    int c = platform::GetByte(source);
     if (c == EOF) return false;
-    if (copy) std::putc(c, copy);
+    if (copy) platform::PutByte(c, copy);
     if (state == kBefore) {
       if (c != '<') {
         if (printValues != 0) {
-          char text[3] = {' ', kHex[c >> 4], kHex[c & 15]};
-          std::fwrite(text, 1, 3, stdout);
+          platform::PutByte(' ', stdout);
+          platform::PutByte(kHex[c >> 4], stdout);
+          platform::PutByte(kHex[c & 15], stdout);
         }
         continue;
       }
@@ -39,7 +43,12 @@ double CopyDouble(std::FILE* source, std::FILE* copy, double add, std::int32_t p
   ReadF64(source, value);
   double sum = value + add;
   if (copy) WriteF64(copy, sum);
-  if (printValues != 0) std::printf(" %lf", sum);
+  if (printValues != 0) {
+    // " %lf" of printf, without parsing the format for every value
+    char text[400] = {' '};
+    auto end = std::to_chars(text + 1, text + sizeof text, sum, std::chars_format::fixed, 6).ptr;
+    std::fwrite(text, 1, static_cast<std::size_t>(end - text), stdout);
+  }
   return sum;
 }
 
