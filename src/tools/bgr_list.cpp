@@ -70,7 +70,8 @@ int ListBgr(std::string_view name, std::int32_t vmin, std::int32_t vmax, std::in
       std::printf("%d %dft sp=%02X", code, ((code - 16840) * 50) / 128, static_cast<unsigned>(flags));
       std::printf("\n");
     } else if (vmax == 9999) {
-      std::printf("%s\n", t);
+      std::fputs(t, stdout);
+      std::putc('\n', stdout);
     }
   }
   std::printf("WS= %lf %lf, EN= %lf %lf\n", west, south, east, north);
