@@ -1,0 +1,217 @@
+#include "formats/taxiway_list.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "formats/bgr_file.h"
+#include "frame/line_reader.h"
+#include "frame/text.h"
+
+namespace bgr {
+namespace {
+
+bool g_tooManyPointsReported = false;
+
+bool StartsWith(const std::string& line, std::string_view head) { return line.compare(0, head.size(), head) == 0; }
+
+}  // namespace
+
+void TaxiwayList::ResetReadPlyWarning() { g_tooManyPointsReported = false; }
+
+TaxiwayList::TaxiwayList() : bgrName(kNoneBgr) { Reset(); }
+
+TaxiwayList::~TaxiwayList() {
+  ClosePly();
+  Save(bgrName);
+}
+
+void TaxiwayList::Reset() {
+  points.SetCount(0);
+  edgeCount = 0;
+  shiftX = 0;
+  shiftZ = 0;
+  state = 0;
+}
+
+std::int32_t TaxiwayList::SetRefCell(const RefCell& cell) {
+  refCell = cell;
+  return 1;
+}
+
+std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
+  std::int32_t result = 0;
+  BgrFile file;
+  if (FileExists(path) && file.OpenRead(path)) {
+    double third = 0;
+    file.ReadOrigin(&originLat, &originLon, &third);
+    auto table = points.EditAll();
+    std::int32_t n = 0;
+    double x, y, z;
+    while (n < points.capacity() && file.ReadNode(&x, &y, &z)) {
+      table[static_cast<std::size_t>(n++)] = TEXPOINT{TruncToLong(x), TruncToLong(y), TruncToLong(z)};
+    }
+    points.SetCount(n);
+    edgeCount = 0;
+    std::int32_t packed = 0;
+    while (edgeCount < kMaxEdges) {
+      TaxiwayEdge& e = edges[static_cast<std::size_t>(edgeCount)];
+      if (!file.ReadEdge(&e.start, &e.end, &e.width, &e.type, &packed, &e.flags)) break;
+      ++edgeCount;
+    }
+    file.Close();
+    result = 1;
+    state = 1;
+  }
+  plyName = std::string(path);
+  SetExtension(plyName, "PLY");
+  const char* mode = updatePly == 0 ? "r" : (FileExists(plyName) ? "a" : "w");
+  OpenPly(mode);
+  return result;
+}
+
+std::int32_t TaxiwayList::Save(std::string_view path) {
+  ClosePly();
+  if (points.count() < 1 || edgeCount < 1 || path == kNoneBgr) {
+    Reset();
+    return 0;
+  }
+  BgrFile file;
+  file.OpenWrite(path);
+  file.WriteOrigin(originLat, originLon, 0.0);
+  file.WriteNodes(points, -1, -1);
+  for (std::int32_t i = 0; i < edgeCount; ++i) {
+    const TaxiwayEdge& e = edges[static_cast<std::size_t>(i)];
+    if (e.start == -1) continue;
+    // an edge may name points past the table; those have no place to compare
+    if (e.start >= 0 && e.start < points.count() && e.end >= 0 && e.end < points.count()) {
+      const TEXPOINT& a = points[e.start];
+      if (a.Equals(points[e.end].x, points[e.end].y, points[e.end].z)) continue;
+    }
+    file.WriteEdge(e.start, e.end, e.width, e.type, 0, e.flags);
+  }
+  file.Close();
+  Reset();
+  return 1;
+}
+
+bool TaxiwayList::OpenPly(std::string_view mode) {
+  ClosePly();
+  plyFile = WrapFileOpen(plyName, mode);
+  if (!plyFile) {
+    Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", plyName);
+  } else if (!mode.empty() && mode[0] == 'w') {
+    std::fprintf(plyFile.get(), "ORG %lf %lf\n", originLat, originLon);
+  }
+  return static_cast<bool>(plyFile);
+}
+
+std::int32_t TaxiwayList::ClosePly() {
+  if (plyFile) WrapFileClose(plyFile);
+  return 1;
+}
+
+bool TaxiwayList::RewindPly() {
+  if (!plyFile) return false;
+  std::clearerr(plyFile.get());
+  return std::fseek(plyFile.get(), 0, SEEK_SET) == 0;
+}
+
+bool TaxiwayList::ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift) {
+  tex.count = 0;
+  std::string line;
+  if (plyFile) {
+    while (tex.count < 255) {
+      if (!ReadLimitedLine(plyFile.get(), line)) return false;
+      int x = 0, z = 0;
+      if (std::sscanf(line.c_str(), "POI %d %d", &x, &z) == 2) {
+        std::int32_t before = pts.count();
+        bool warned = false;
+        for (int attempt = 0; attempt < 10; ++attempt) {
+          std::int32_t index = pts.Add(x, 0, z, 0, nullptr);
+          tex.verts[static_cast<std::size_t>(tex.count)].point = index;
+          if (shift >= 0 || pts.count() > before) break;
+          if (!warned) {
+            warned = true;
+            Report(">WARNING:TaxiwayList::ReadPly() shifting points");
+          }
+          if (attempt % 2 == 0) {
+            x = WrapAdd(x, 1);
+          } else {
+            z = WrapAdd(z, 1);
+          }
+        }
+        ++tex.count;
+      } else if (StartsWith(line, "PLY ")) {
+        break;
+      } else if (StartsWith(line, "EXI")) {
+        return false;
+      }
+    }
+  }
+  if (tex.count >= 128 && !g_tooManyPointsReported) {
+    g_tooManyPointsReported = true;
+    Report("TaxiwayList::ReadPly - too many points %d %ld");
+  }
+  return tex.count > 0;
+}
+
+std::int32_t TaxiwayList::ReadLgt(std::int32_t* kind, std::int32_t* x1, std::int32_t* z1, std::int32_t* x2,
+                                  std::int32_t* z2, std::int32_t* count) {
+  if (!plyFile) return 0;
+  std::string line;
+  while (ReadLimitedLine(plyFile.get(), line)) {
+    int v[6] = {*kind, *x1, *z1, *x2, *z2, *count};
+    int fields = std::sscanf(line.c_str(), "LGT %d %d %d %d %d %d", &v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
+    if (fields == 6 || fields == 3) {
+      *kind = v[0];
+      *x1 = v[1];
+      *z1 = v[2];
+      *x2 = fields == 6 ? v[3] : v[1];
+      *z2 = fields == 6 ? v[4] : v[2];
+      *count = fields == 6 ? v[5] : 1;
+      return 1;
+    }
+    if (StartsWith(line, "EXI")) return 0;
+  }
+  return 0;
+}
+
+std::int32_t TaxiwayList::ToPlyCoordinates(double x, double z, std::int32_t* outX, std::int32_t* outZ) const {
+  *outX = TruncToLong(x + shiftX);
+  *outZ = TruncToLong(z + shiftZ);
+  return 1;
+}
+
+std::int32_t TaxiwayList::WritePlyPoint(double x, double, double z) {
+  if (plyFile) {
+    std::int32_t px, pz;
+    ToPlyCoordinates(x, z, &px, &pz);
+    std::fprintf(plyFile.get(), "POI %d %d\n", px, pz);
+  }
+  state = 4;
+  return 1;
+}
+
+std::int32_t TaxiwayList::EndPlyPolygon(std::string_view name) {
+  if (state == 4 && plyFile) std::fprintf(plyFile.get(), "PLY \"%s\"\n", std::string(name).c_str());
+  state = 1;
+  return 1;
+}
+
+std::int32_t TaxiwayList::WritePlyLight(std::int32_t kind, double x1, double, double z1, double x2, double,
+                                        double z2, std::int32_t count) {
+  if (count >= 1 && plyFile) {
+    std::int32_t ax, az, bx, bz;
+    ToPlyCoordinates(x1, z1, &ax, &az);
+    ToPlyCoordinates(x2, z2, &bx, &bz);
+    if (count == 1) {
+      std::fprintf(plyFile.get(), "LGT %d %d %d\n", kind, ax, az);
+    } else {
+      std::fprintf(plyFile.get(), "LGT %d %d %d %d %d %d\n", kind, ax, az, bx, bz, count);
+    }
+  }
+  state = 1;
+  return 1;
+}
+
+}  // namespace bgr

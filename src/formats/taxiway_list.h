@@ -1,0 +1,73 @@
+// The airport network in memory: points, edges, origin, and the open PLY
+// companion with the apron polygons and lights.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "frame/report.h"
+#include "geometry/ref_cell.h"
+#include "geometry/texpoints.h"
+
+namespace bgr {
+
+struct TaxiwayEdge {
+  std::int32_t start = 0;  // -1 marks a deleted edge
+  std::int32_t end = 0;
+  std::int32_t width = 0;
+  std::int32_t type = 0;
+  std::int32_t flags = 0;
+};
+
+inline constexpr const char* kNoneBgr = "DATA\\NONE.BGR";
+
+class TaxiwayList {
+ public:
+  static constexpr std::int32_t kMaxEdges = 6000;
+  static constexpr std::int32_t kMaxPoints = 12000;
+
+  TaxiwayList();
+  ~TaxiwayList();
+  TaxiwayList(const TaxiwayList&) = delete;
+  TaxiwayList& operator=(const TaxiwayList&) = delete;
+
+  void Reset();
+  std::int32_t SetRefCell(const RefCell& cell);
+  std::int32_t Load(std::string_view path, std::int32_t updatePly);
+  std::int32_t Save(std::string_view path);
+
+  bool OpenPly(std::string_view mode);
+  std::int32_t ClosePly();
+  bool RewindPly();
+  // The next polygon into tex, its points merged into pts; shift < 0 moves a
+  // point that finds its place taken.
+  bool ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift);
+  std::int32_t ReadLgt(std::int32_t* kind, std::int32_t* x1, std::int32_t* z1, std::int32_t* x2, std::int32_t* z2,
+                       std::int32_t* count);
+  std::int32_t ToPlyCoordinates(double x, double z, std::int32_t* outX, std::int32_t* outZ) const;
+  std::int32_t WritePlyPoint(double x, double y, double z);
+  std::int32_t EndPlyPolygon(std::string_view name);
+  std::int32_t WritePlyLight(std::int32_t kind, double x1, double y1, double z1, double x2, double y2, double z2,
+                             std::int32_t count);
+
+  // Tests and the process-wide warning of ReadPly.
+  static void ResetReadPlyWarning();
+
+  std::string plyName;
+  Stream plyFile;
+  double shiftZ = 0;
+  double shiftX = 0;
+  std::string bgrName;
+  std::int32_t state = 0;
+  RefCell refCell;
+  double originLat = 0;
+  double originLon = 0;
+  std::int32_t edgeCount = 0;
+  // One record past the last edge holds the pen of a script that draws.
+  std::array<TaxiwayEdge, kMaxEdges + 1> edges{};
+  TEXPOINTS points{kMaxPoints};
+};
+
+}  // namespace bgr

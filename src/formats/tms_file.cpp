@@ -1,0 +1,216 @@
+#include "formats/tms_file.h"
+
+#include "frame/text.h"
+
+namespace bgr {
+
+bool TmsFile::Close() {
+  EndSection();
+  return file.Close();
+}
+
+bool TmsFile::WriteHeader() {
+  return file.WriteTag("<tlxz>") && file.WriteLong(tilesX) && file.WriteLong(tilesZ) && file.WriteTag("<feet>") &&
+         file.WriteRaw32(&tileFeet) && file.WriteTag("<lowl>") && file.WriteDouble(lowl[0]) &&
+         file.WriteDouble(lowl[1]) && file.WriteDouble(lowl[2]);
+}
+
+bool TmsFile::ReadHeader() {
+  return file.ReadTag("<tlxz>") && file.ReadLong(&tilesX) && file.ReadLong(&tilesZ) && file.ReadTag("<feet>") &&
+         file.ReadFloat(&tileFeet) && file.ReadTag("<lowl>") && file.ReadDouble(&lowl[0]) &&
+         file.ReadDouble(&lowl[1]) && file.ReadDouble(&lowl[2]);
+}
+
+bool TmsFile::BeginSection() {
+  if (sectionStart != 0) return false;
+  sectionStart = file.Tell();
+  file.WriteLong(0);
+  return true;
+}
+
+bool TmsFile::EndSection() {
+  if (sectionStart == 0) return false;
+  file.WriteLong(0);
+  long end = file.Tell();
+  file.Seek(sectionStart);
+  file.WriteLong(static_cast<std::int32_t>(end - sectionStart - 4));
+  file.Seek(end);
+  sectionStart = 0;
+  return true;
+}
+
+bool TmsFile::WriteTile() {
+  if (!file.WriteTag("<tile>") || !file.WriteTag("<bgno>") || !file.WriteTag("<indx>")) return false;
+  file.WriteLong(tileX);
+  file.WriteLong(tileZ);
+  state = 1;
+  return true;
+}
+
+bool TmsFile::WritePointList() {
+  if (points.count() < 0 || points.count() > points.capacity()) return false;
+  bool ok = file.WriteLong(points.count());
+  for (const TEXPOINT& p : points.points()) ok = file.WriteLong(p.x) && file.WriteLong(p.y) && file.WriteLong(p.z) && ok;
+  return ok;
+}
+
+bool TmsFile::WritePolygonRecord() {
+  if (polygon.count < 3 || polygon.count > TEXTURE::kMaxVerts) return false;
+  bool ok = file.WriteLong(5) && file.WriteLong(polygon.count) && file.WriteLong(0) && file.WriteLong(0xFFFF) &&
+            file.WriteLong(0) && file.WriteLong(0);
+  for (std::int32_t i = 0; i < polygon.count; ++i) ok = file.WriteLong(polygon.verts[i].point) && ok;
+  return ok;
+}
+
+bool TmsFile::WritePolygonSection(std::string_view tag, std::int32_t sectionState) {
+  if (state != 1 && state != sectionState) {
+    state = 1;
+    EndSection();
+  }
+  if (state == 1 && file.WriteTag(tag)) {
+    BeginSection();
+    file.WriteLong(20);
+    file.WriteLong(0x10000);
+    file.WriteLong(2);
+    file.WriteLong(0);
+    WritePointList();
+    state = sectionState;
+  }
+  if (state != sectionState) return false;
+  return WritePolygonRecord();
+}
+
+bool TmsFile::WriteLite() {
+  if (state != 1 && state != 5) {
+    state = 1;
+    EndSection();
+  }
+  if (state == 1 && file.WriteTag("<lite>")) {
+    BeginSection();
+    state = 5;
+  }
+  if (state != 5) return false;
+  std::int32_t n = points.count();
+  if (n < 0 || n > points.capacity()) n = 0;
+  if (n != 0) {
+    file.WriteLong(n);
+    file.WriteLong(lightType);
+  }
+  for (std::int32_t i = 0; i < n; ++i) {
+    // lights are stored in whole feet
+    float x = static_cast<float>(points[i].x / 256);
+    float z = static_cast<float>(points[i].z / 256);
+    file.WriteRaw32(&x);
+    file.WriteRaw32(&z);
+  }
+  if (n > 1) file.WriteRaw32(&lightStep);
+  return true;
+}
+
+bool TmsFile::WriteTileEnd() {
+  if (state != 0 && state != 1) {
+    state = 1;
+    EndSection();
+  }
+  if (state == 1 && file.WriteTag("<endo>")) {
+    state = 0;
+    return true;
+  }
+  return false;
+}
+
+bool TmsFile::ReadTile() {
+  if (!file.ReadTag("<tile>") || !file.ReadTag("<bgno>") || !file.ReadTag("<indx>")) return false;
+  file.ReadLong(&tileX);
+  file.ReadLong(&tileZ);
+  state = 1;
+  return true;
+}
+
+bool TmsFile::CheckWord(std::int32_t value) {
+  long at = file.Tell();
+  std::int32_t word = 0;
+  if (file.ReadLong(&word) && word == value) return true;
+  std::clearerr(file.stream());
+  file.Seek(at);
+  return false;
+}
+
+void TmsFile::ReadPointList() {
+  std::int32_t n = 0;
+  file.ReadLong(&n);
+  if (n < 0 || n > points.capacity()) n = 0;
+  auto table = points.EditAll();
+  for (std::int32_t i = 0; i < n; ++i) {
+    TEXPOINT& p = table[static_cast<std::size_t>(i)];
+    file.ReadLong(&p.x);
+    file.ReadLong(&p.y);
+    file.ReadLong(&p.z);
+  }
+  points.SetCount(n);
+}
+
+bool TmsFile::ReadPolygonRecord() {
+  polygon.count = 0;
+  if (!CheckWord(5)) return false;
+  std::int32_t n = 0;
+  file.ReadLong(&n);
+  if (n < 0 || n > TEXTURE::kMaxVerts) return false;
+  polygon.count = n;
+  std::int32_t fixed;
+  for (int i = 0; i < 4; ++i) file.ReadLong(&fixed);
+  for (std::int32_t i = 0; i < n; ++i) file.ReadLong(&polygon.verts[i].point);
+  return polygon.count > 0;
+}
+
+bool TmsFile::ReadPolygonSection(std::string_view tag, std::int32_t sectionState) {
+  if (state == 1 && file.ReadTag(tag)) {
+    std::int32_t word;
+    for (int i = 0; i < 5; ++i) file.ReadLong(&word);
+    ReadPointList();
+    state = sectionState;
+  }
+  if (state != sectionState) return false;
+  if (ReadPolygonRecord()) return true;
+  state = 1;
+  CheckWord(0);
+  return false;
+}
+
+bool TmsFile::ReadLite() {
+  if (state == 1 && file.ReadTag("<lite>")) {
+    std::int32_t length;
+    file.ReadLong(&length);
+    state = 5;
+  }
+  if (state != 5) return false;
+  std::int32_t n = 0;
+  file.ReadLong(&n);
+  if (n < 0 || n > points.capacity()) n = 0;
+  if (n != 0) file.ReadLong(&lightType);
+  auto table = points.EditAll();
+  for (std::int32_t i = 0; i < n; ++i) {
+    float x = 0, z = 0;
+    file.ReadFloat(&x);
+    file.ReadFloat(&z);
+    table[static_cast<std::size_t>(i)] = TEXPOINT{TruncToLong(x * 256.0), 0, TruncToLong(z * 256.0)};
+  }
+  points.SetCount(n);
+  lightStep = 0;
+  if (n > 1) file.ReadFloat(&lightStep);
+  if (n == 0) {
+    state = 1;
+    return false;
+  }
+  return true;
+}
+
+bool TmsFile::ReadTileEnd() {
+  if (state == 1 && file.ReadTag("<endo>")) {
+    state = 0;
+    return true;
+  }
+  return false;
+}
+
+}  // namespace bgr

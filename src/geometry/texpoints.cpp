@@ -1,0 +1,224 @@
+#include "geometry/texpoints.h"
+
+#include <algorithm>
+#include <new>
+
+#include "frame/report.h"
+#include "frame/text.h"
+
+namespace bgr {
+namespace {
+
+bool g_tableFullReported = false;
+bool g_listAllocReported = false;
+
+// Size of a 32-bit wrapped difference, as a true magnitude (2^31 for the lowest long).
+std::int64_t WrappedDistance(std::int32_t a, std::int32_t b) {
+  std::int64_t d = WrapSub(a, b);
+  return d < 0 ? -d : d;
+}
+
+}  // namespace
+
+void TEXPOINT::SetOnCurve(const TEXPOINT& p0, const TEXPOINT& p1, const TEXPOINT& p2, double t) {
+  double a = (1 - t) * (1 - t);
+  double b = t * t;
+  auto axis = [&](std::int32_t c0, std::int32_t c1, std::int32_t c2) {
+    return TruncToLong(c0 * a + WrapMul(2, c1) * (1 - t) * t + c2 * b);
+  };
+  x = axis(p0.x, p1.x, p2.x);
+  y = axis(p0.y, p1.y, p2.y);
+  z = axis(p0.z, p1.z, p2.z);
+}
+
+bool WithinTolerance(const TEXPOINT& p, std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) {
+  return WrappedDistance(p.x, x) <= tolerance && WrappedDistance(p.y, y) <= tolerance &&
+         WrappedDistance(p.z, z) <= tolerance;
+}
+
+void TEXPOINTS::ResetTableFullReport() { g_tableFullReported = false; }
+
+void TEXPOINTS::SetSize(std::int32_t capacity) {
+  if (capacity < 0) capacity = 0;
+  base = 0;
+  count_ = 0;
+  cells_.clear();
+  stale_ = false;
+  try {
+    points_.assign(static_cast<std::size_t>(capacity), TEXPOINT{});
+  } catch (const std::bad_alloc&) {
+    ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity);
+  }
+  capacity_ = capacity;
+}
+
+void TEXPOINTS::Copy(const TEXPOINTS& other) {
+  base = other.base;
+  count_ = std::min(other.count_, capacity_);
+  std::copy_n(other.points_.begin(), count_, points_.begin());
+  stale_ = true;
+}
+
+void TEXPOINTS::SetCount(std::int32_t n) {
+  count_ = std::clamp(n, 0, capacity_);
+  stale_ = true;
+}
+
+void TEXPOINTS::SetPoint(std::int32_t i, const TEXPOINT& p) {
+  if (!stale_ && i < count_) Unindex(i);
+  points_[static_cast<std::size_t>(i)] = p;
+  if (!stale_ && i < count_) {
+    auto& cell = cells_[CellOf(p)];
+    cell.insert(std::lower_bound(cell.begin(), cell.end(), i), i);
+  }
+}
+
+std::span<TEXPOINT> TEXPOINTS::EditAll() {
+  stale_ = true;
+  return {points_.data(), points_.size()};
+}
+
+std::uint64_t TEXPOINTS::CellKey(std::uint32_t cx, std::uint32_t cy, std::uint32_t cz) {
+  // 28 significant bits per axis; mixing keeps the hash map's buckets even
+  return (static_cast<std::uint64_t>(cx) << 36 | static_cast<std::uint64_t>(cz) << 8) ^
+         static_cast<std::uint64_t>(cy) * 0x9E3779B97F4A7C15ull;
+}
+
+std::uint64_t TEXPOINTS::CellOf(const TEXPOINT& p) {
+  return CellKey(static_cast<std::uint32_t>(p.x) >> kCellShift, static_cast<std::uint32_t>(p.y) >> kCellShift,
+                 static_cast<std::uint32_t>(p.z) >> kCellShift);
+}
+
+void TEXPOINTS::Unindex(std::int32_t i) {
+  auto it = cells_.find(CellOf(points_[static_cast<std::size_t>(i)]));
+  if (it == cells_.end()) return;
+  auto& cell = it->second;
+  auto at = std::lower_bound(cell.begin(), cell.end(), i);
+  if (at != cell.end() && *at == i) cell.erase(at);
+}
+
+void TEXPOINTS::Reindex() {
+  cells_.clear();
+  for (std::int32_t i = 0; i < count_; ++i) cells_[CellOf(points_[static_cast<std::size_t>(i)])].push_back(i);
+  stale_ = false;
+}
+
+std::int32_t TEXPOINTS::FindByWalk(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) const {
+  for (std::int32_t i = 0; i < count_; ++i) {
+    if (WithinTolerance(points_[static_cast<std::size_t>(i)], x, y, z, tolerance)) return i;
+  }
+  return -1;
+}
+
+std::int32_t TEXPOINTS::FindByIndex(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) {
+  if (stale_) Reindex();
+  // The cells that hold [v - tolerance, v + tolerance] on each axis; the range
+  // wraps around as the 32-bit differences do.
+  auto first = [&](std::int32_t v) { return static_cast<std::uint32_t>(WrapSub(v, tolerance)) >> kCellShift; };
+  auto span = [&](std::int32_t v) {
+    return ((static_cast<std::uint32_t>(WrapAdd(v, tolerance)) >> kCellShift) - first(v)) & 0x0FFFFFFFu;
+  };
+  std::uint32_t x0 = first(x), y0 = first(y), z0 = first(z);
+  std::uint32_t nx = span(x), ny = span(y), nz = span(z);
+  std::int32_t best = -1;
+  for (std::uint32_t i = 0; i <= nx; ++i) {
+    for (std::uint32_t j = 0; j <= ny; ++j) {
+      for (std::uint32_t k = 0; k <= nz; ++k) {
+        auto it = cells_.find(CellKey((x0 + i) & 0x0FFFFFFFu, (y0 + j) & 0x0FFFFFFFu, (z0 + k) & 0x0FFFFFFFu));
+        if (it == cells_.end()) continue;
+        for (std::int32_t n : it->second) {
+          if (best != -1 && n >= best) break;
+          if (WithinTolerance(points_[static_cast<std::size_t>(n)], x, y, z, tolerance)) {
+            best = n;
+            break;
+          }
+        }
+      }
+    }
+  }
+  return best;
+}
+
+std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
+                            std::int32_t* counts) {
+  if (tolerance >= 0) {
+    std::int32_t found =
+        tolerance <= kIndexedTolerance ? FindByIndex(x, y, z, tolerance) : FindByWalk(x, y, z, tolerance);
+    if (found >= 0) {
+      if (counts) counts[found] = WrapAdd(counts[found], 1);
+      return found;
+    }
+  }
+  if (count_ >= capacity_) {
+    if (!g_tableFullReported) {
+      g_tableFullReported = true;
+      Report("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
+    }
+    return 0;
+  }
+  std::int32_t number = count_++;
+  points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
+  if (!stale_) cells_[CellOf(points_[static_cast<std::size_t>(number)])].push_back(number);
+  if (counts) counts[number] = 1;
+  return number;
+}
+
+void TEXTURE::Copy(const TEXTURE& other) {
+  count = other.count;
+  normalX = other.normalX;
+  normalY = other.normalY;
+  normalZ = other.normalZ;
+  attr = other.attr;
+  std::int32_t n = std::clamp(count, 0, kMaxVerts);
+  std::copy_n(other.verts.begin(), n, verts.begin());
+}
+
+void TEXTURE::Reverse() {
+  std::int32_t n = std::clamp(count, 0, kMaxVerts);
+  for (std::int32_t i = 0; i < n / 2; ++i) std::swap(verts[i], verts[n - 1 - i]);
+}
+
+void TEXTURE::SetFlat(std::int32_t vertexCount, std::int32_t attribute) {
+  normalX = 0;
+  normalY = 32767;
+  normalZ = 0;
+  count = vertexCount;
+  attr = attribute;
+}
+
+void TEXTURE::FreeTriangles() { triangles.reset(); }
+
+std::int32_t TextureList::Add(const TEXTURE& texture) {
+  std::int32_t n = std::clamp(texture.count, 0, TEXTURE::kMaxVerts);
+  try {
+    nodes_.push_back(BitAndTex{texture.count, texture.normalX, texture.normalY, texture.normalZ, texture.attr,
+                               std::vector<TexVertex>(texture.verts.begin(), texture.verts.begin() + n)});
+  } catch (const std::bad_alloc&) {
+    if (!g_listAllocReported) {
+      g_listAllocReported = true;
+      Report("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
+             static_cast<std::int32_t>(n * sizeof(TexVertex)));
+    }
+    return 0;
+  }
+  return 1;
+}
+
+const TEXTURE* TextureList::First() {
+  cursor_ = nodes_.size();
+  return Next();
+}
+
+const TEXTURE* TextureList::Next() {
+  if (cursor_ == 0) return nullptr;
+  const BitAndTex& node = nodes_[--cursor_];
+  scratch_.count = node.count;
+  scratch_.normalX = node.normalX;
+  scratch_.normalY = node.normalY;
+  scratch_.normalZ = node.normalZ;
+  scratch_.attr = node.attr;
+  std::copy(node.verts.begin(), node.verts.end(), scratch_.verts.begin());
+  return &scratch_;
+}
+
+}  // namespace bgr

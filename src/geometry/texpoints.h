@@ -1,0 +1,144 @@
+// The point and polygon records: every point of the system lives in a TEXPOINTS,
+// every polygon is a TEXTURE of point numbers into one.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <unordered_map>
+#include <vector>
+
+namespace bgr {
+
+struct TEXPOINT {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t z = 0;
+
+  bool Equals(std::int32_t px, std::int32_t py, std::int32_t pz) const { return x == px && y == py && z == pz; }
+  // The point at t on the quadratic Bezier curve from p0 over p1 to p2.
+  void SetOnCurve(const TEXPOINT& p0, const TEXPOINT& p1, const TEXPOINT& p2, double t);
+};
+
+// A point table of fixed capacity that merges points within a tolerance. The
+// merge search is served by a grid index that gives the same point as a walk
+// from point 0 (the lowest number among all matches).
+class TEXPOINTS {
+ public:
+  static constexpr std::int32_t kDefaultCapacity = 2000;
+
+  TEXPOINTS() { SetSize(kDefaultCapacity); }
+  explicit TEXPOINTS(std::int32_t capacity) { SetSize(capacity); }
+  TEXPOINTS(const TEXPOINTS&) = delete;
+  TEXPOINTS& operator=(const TEXPOINTS&) = delete;
+
+  void SetSize(std::int32_t capacity);
+  void Copy(const TEXPOINTS& other);
+  // Number of the point within tolerance of (x, y, z), or a new point; 0 and a
+  // report (once a run) when the table is full.
+  std::int32_t Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
+                   std::int32_t* counts = nullptr);
+
+  std::int32_t base = 0;
+  std::int32_t count() const { return count_; }
+  std::int32_t capacity() const { return capacity_; }
+  // Owners fill or empty the table directly within its capacity.
+  void SetCount(std::int32_t n);
+  const TEXPOINT& operator[](std::int32_t i) const { return points_[static_cast<std::size_t>(i)]; }
+  // A changed point: the index follows it at once.
+  void SetPoint(std::int32_t i, const TEXPOINT& p);
+  // Free access to all points; the index is rebuilt on the next Add.
+  std::span<TEXPOINT> EditAll();
+  std::span<const TEXPOINT> points() const { return {points_.data(), static_cast<std::size_t>(count_)}; }
+
+  // The table-full report comes once a run; tests that need it again reset it.
+  static void ResetTableFullReport();
+
+ private:
+  static constexpr int kCellShift = 4;  // cells of 16 units on each axis
+  static constexpr std::int32_t kIndexedTolerance = 64;
+
+  static std::uint64_t CellKey(std::uint32_t cx, std::uint32_t cy, std::uint32_t cz);
+  static std::uint64_t CellOf(const TEXPOINT& p);
+  std::int32_t FindByIndex(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance);
+  std::int32_t FindByWalk(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) const;
+  void Unindex(std::int32_t i);
+  void Reindex();
+
+  std::int32_t count_ = 0;
+  std::int32_t capacity_ = 0;
+  std::vector<TEXPOINT> points_;
+  std::unordered_map<std::uint64_t, std::vector<std::int32_t>> cells_;
+  bool stale_ = false;
+};
+
+// True when each coordinate differs by at most tolerance, the differences taken
+// in 32-bit arithmetic as on the source system (so they wrap).
+bool WithinTolerance(const TEXPOINT& p, std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance);
+
+struct TexVertex {
+  std::int32_t point = 0;
+};
+
+using Triple = std::array<std::int32_t, 3>;
+
+// One polygon (3 to 256 vertices) or one line (2), as point numbers into a TEXPOINTS.
+class TEXTURE {
+ public:
+  static constexpr std::int32_t kMaxVerts = 256;
+
+  TEXTURE() = default;
+  TEXTURE(const TEXTURE&) = delete;
+  TEXTURE& operator=(const TEXTURE&) = delete;
+
+  void Copy(const TEXTURE& other);
+  void Reverse();
+  void SetFlat(std::int32_t vertexCount, std::int32_t attribute);
+  void FreeTriangles();
+
+  // Triangulation (see triangulate.cpp).
+  const Triple* Triangle(const TEXPOINTS& points, std::int32_t index, std::int32_t fan);
+  bool EarClip(const TEXPOINTS& points, std::int32_t direction, std::int32_t fan);
+  bool MakeFan();
+  bool IsConvex(const TEXPOINTS& points) const;
+  bool IsReversed(const TEXPOINTS& points) const;
+  std::int32_t VertexTurn(const TEXPOINTS& points, std::int32_t i) const;
+
+  std::unique_ptr<Triple[]> triangles;
+  std::int32_t triangleCount = 0;
+  std::int32_t count = 0;
+  std::int32_t normalX = 0;
+  std::int32_t normalY = 0;
+  std::int32_t normalZ = 0;
+  std::int32_t attr = 0;
+  std::array<TexVertex, kMaxVerts> verts{};
+};
+
+// Polygons of one tile and layer; read back with the one added last first.
+class TextureList {
+ public:
+  std::int32_t Add(const TEXTURE& texture);
+  const TEXTURE* First();
+  const TEXTURE* Next();
+  std::size_t size() const { return nodes_.size(); }
+
+ private:
+  struct BitAndTex {
+    std::int32_t count, normalX, normalY, normalZ, attr;
+    std::vector<TexVertex> verts;
+  };
+  std::vector<BitAndTex> nodes_;  // in order of arrival; read from the back
+  std::size_t cursor_ = 0;        // nodes still to read
+  TEXTURE scratch_;
+};
+
+inline constexpr int kLayers = 4;  // 0 pavement, 1 edge marks, 2 centre lines, 3 lights
+inline constexpr int kTilesPerSide = 8;
+
+struct TileRecord {
+  std::array<TEXPOINTS, kLayers> points;
+  std::array<TextureList, kLayers> polygons;
+};
+
+}  // namespace bgr

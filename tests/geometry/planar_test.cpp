@@ -1,0 +1,147 @@
+#include "geometry/planar.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "geometry/geo_angle.h"
+#include "geometry/ref_cell.h"
+
+namespace bgr {
+namespace {
+
+TEST(Planar, RoundCoordCutsNegatives) {
+  EXPECT_EQ(RoundCoord(1.5), 2);
+  EXPECT_EQ(RoundCoord(0.4), 0);
+  EXPECT_EQ(RoundCoord(-0.5), 0);
+  EXPECT_EQ(RoundCoord(-1.9), -1);
+  EXPECT_EQ(RoundCoord(-10.5), -10);
+}
+
+TEST(Planar, AnglesRunFromMinusHalfPiToThreeHalvesPi) {
+  EXPECT_DOUBLE_EQ(PointAngle(0, 0, 0, 0), kPi / 2);
+  EXPECT_DOUBLE_EQ(PointAngle(0, 0, -1, 0), kPi);
+  EXPECT_DOUBLE_EQ(PointAngle(0, 0, -1, -1), kPi + kPi / 4);
+  EXPECT_DOUBLE_EQ(PointAngle(0, 0, 0, -3), -kPi / 2);
+  EXPECT_DOUBLE_EQ(TurnAngle(0, 0, 1, 1, 2, 2), 0);
+  EXPECT_NEAR(std::fabs(TurnAngle(0, 0, 1, 0, 0, 0)), kPi, 1e-12);
+  EXPECT_NEAR(TurnAngle(0, 0, 1, 0, 1, 1), kPi / 2, 1e-12);  // left turn is positive
+}
+
+TEST(Planar, ZeroLengthLine) {
+  PlaneLine l;
+  l.Set(3, 4, 3, 4);
+  EXPECT_EQ(l.slope, kVerticalSlope);
+  EXPECT_EQ(l.flat, 1);
+  EXPECT_EQ(l.length, 0);
+  EXPECT_DOUBLE_EQ(l.angle, kPi / 2);
+  EXPECT_EQ(l.YAtX(7), 0.0);
+  EXPECT_EQ(l.XAtY(7), 0.0);
+  l.Extend(5, 5);
+  l.Shift(5);
+  EXPECT_EQ(l.x1, 3);
+  EXPECT_EQ(l.y2, 4);
+}
+
+TEST(Planar, VerticalAndHorizontalLines) {
+  PlaneLine v, h;
+  v.Set(10, 0, 10, 100);
+  h.Set(0, 50, 100, 50);
+  EXPECT_EQ(v.YAtX(10), 0.0);
+  EXPECT_EQ(h.XAtY(50), 0.0);
+  EXPECT_EQ(v.Offset(13, 0), 3);
+  double x = 0, y = 0;
+  ASSERT_TRUE(v.Intersect(h, &x, &y, 0));
+  EXPECT_EQ(x, 10);
+  EXPECT_EQ(y, 50);
+  EXPECT_FALSE(h.Intersect(h, &x, &y, 0));
+  EXPECT_EQ(v.LineDistance(4, 77), 6);
+  EXPECT_EQ(h.SideOf(1, 60), 1);
+}
+
+TEST(Planar, IntersectRefusesNearlyParallelLinesWithMinAngle) {
+  const double fiveDegrees = 5 * kPi / 180;
+  PlaneLine a, b;
+  a.Set(0, 0, 100, 0);
+  b.SetFromAngle(0, 10, kPi + 3 * kPi / 180);  // the opposite way, 3 degrees off
+  double x = 0, y = 0;
+  EXPECT_FALSE(a.Intersect(b, &x, &y, fiveDegrees));
+  EXPECT_FALSE(b.Intersect(a, &x, &y, fiveDegrees));
+  EXPECT_TRUE(a.Intersect(b, &x, &y, 0));
+  PlaneLine c;
+  c.Set(50, -10, 50, 10);
+  EXPECT_TRUE(a.Intersect(c, &x, &y, fiveDegrees));
+  EXPECT_EQ(x, 50);
+}
+
+TEST(Planar, SegmentDistanceDecidesOnTheLongerAxis) {
+  PlaneLine l;
+  l.Set(0, 0, 100, 50);  // flat: x decides
+  EXPECT_NEAR(l.SegmentDistance(100, 60), l.LineDistance(100, 60), 1e-9);  // level with an end
+  EXPECT_DOUBLE_EQ(l.SegmentDistance(-3, -4), 5);
+  EXPECT_DOUBLE_EQ(l.SegmentDistance(103, 54), 5);
+  EXPECT_TRUE(l.IsNear(103, 54, 5));
+  EXPECT_FALSE(l.IsNear(103, 54, 4.9));
+}
+
+TEST(Planar, ShiftAndExtend) {
+  PlaneLine l;
+  l.Set(0, 0, 10, 0);
+  l.Shift(2);  // to the left of the direction
+  EXPECT_DOUBLE_EQ(l.y1, 2);
+  l.Extend(1, 3);
+  EXPECT_DOUBLE_EQ(l.x1, -1);
+  EXPECT_DOUBLE_EQ(l.x2, 13);
+  PlaneLine a, b, bis;
+  a.Set(0, 0, 10, 0);
+  b.Set(0, 0, 0, 10);
+  ASSERT_TRUE(bis.SetBisector(a, b, 0));
+  EXPECT_NEAR(bis.angle, kPi / 4, 1e-12);
+}
+
+TEST(Planar, IntLine) {
+  IntLine l;
+  l.Set(0, 0, 100, 50);
+  EXPECT_EQ(l.YAtX(30), 15);
+  EXPECT_EQ(l.Distance(0, 10), 8);  // 10 / sqrt(1.25) cut
+  EXPECT_TRUE(l.IsNear(105, 52, 5));
+  EXPECT_FALSE(l.IsNear(106, 53, 5));  // beyond the grown box
+  IntLine v;
+  v.Set(5, 0, 5, 10);
+  EXPECT_EQ(v.YAtX(5), 0);
+  EXPECT_EQ(v.Distance(9, 3), 4);
+}
+
+TEST(Planar, Feet) {
+  EXPECT_EQ(EastFeet(324000, 0, 0, 100, 1e8, 1e8), 0.0);
+  EXPECT_DOUBLE_EQ(NorthFeet(0, 5, 1296000, 7, 1, 3), 3);
+  EXPECT_NEAR(EastFeet(0, 0, 0, 1296000, 2, 0), 2, 1e-12);
+}
+
+TEST(RefCellTest, BandsAndColumns) {
+  GeoAngle lat, lon;
+  lat.SetLatitude(0);
+  lon.SetLongitude(3600);
+  RefCell c;
+  ASSERT_EQ(c.Set(lat, lon), 1);
+  EXPECT_EQ(c.band, 128);
+  lat.SetLatitude(-1);
+  ASSERT_EQ(c.Set(lat, lon), 1);
+  EXPECT_EQ(c.band, 127);
+  lat.SetLatitude(89 * 3600.0);
+  EXPECT_EQ(c.Set(lat, lon), 0);
+  lat.SetLatitude(0);
+  lon.hemisphere = 'W';
+  lon.degrees = 0;
+  lon.minutes = 0;
+  lon.seconds = 1;
+  lon.ticks = 0;
+  ASSERT_EQ(c.Set(lat, lon), 1);
+  EXPECT_EQ(c.column, 256);
+  EXPECT_NEAR(BandEdge(255), 85.079, 0.001);
+  RefCell a{1, 5, 6}, b{2, 5, 6};
+  EXPECT_TRUE(a.Matches(b));
+}
+
+}  // namespace
+}  // namespace bgr

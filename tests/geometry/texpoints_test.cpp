@@ -1,0 +1,146 @@
+#include "geometry/texpoints.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace bgr {
+namespace {
+
+TEST(TexPoints, ToleranceIsABoxPerAxis) {
+  TEXPOINTS t;
+  EXPECT_EQ(t.Add(100, 0, 100, 5), 0);
+  EXPECT_EQ(t.Add(105, 0, 105, 5), 0);   // 5 away in x and z: merged
+  EXPECT_EQ(t.Add(106, 0, 100, 5), 1);   // 6 in one axis: new
+  EXPECT_EQ(t.Add(100, 0, 100, 0), 0);   // exact duplicate
+  EXPECT_EQ(t.Add(100, 1, 100, 0), 2);
+  EXPECT_EQ(t.Add(100, 0, 100, -1), 3);  // a negative tolerance never merges
+  EXPECT_EQ(t.count(), 4);
+}
+
+TEST(TexPoints, FirstMatchIsTheLowestNumber) {
+  TEXPOINTS t;
+  t.Add(0, 0, 0, -1);
+  t.Add(100, 0, 0, -1);
+  t.Add(8, 0, 0, -1);
+  // 9 is within 10 of points 0 and 2: the lower number wins
+  EXPECT_EQ(t.Add(9, 0, 0, 10), 0);
+  EXPECT_EQ(t.Add(95, 0, 0, 10), 1);
+  std::int32_t counts[8] = {};
+  t.Add(1, 0, 0, 5, counts);
+  t.Add(50, 0, 0, 5, counts);
+  EXPECT_EQ(counts[0], 1);
+  EXPECT_EQ(counts[3], 1);
+}
+
+TEST(TexPoints, FullTableReturnsMatchesAndZeroForNewcomers) {
+  TEXPOINTS t(2);
+  t.Add(1, 1, 1, 0);
+  t.Add(2, 2, 2, 0);
+  EXPECT_EQ(t.Add(2, 2, 2, 0), 1);
+  EXPECT_EQ(t.Add(3, 3, 3, 0), 0);
+  EXPECT_EQ(t.count(), 2);
+}
+
+TEST(TexPoints, CopyCutsToCapacityAndSetSizeEmpties) {
+  TEXPOINTS big(3000);
+  for (int i = 0; i < 3000; ++i) big.Add(i, 0, 0, -1);
+  TEXPOINTS small;
+  small.Copy(big);
+  EXPECT_EQ(small.count(), 2000);
+  EXPECT_EQ(small[1999].x, 1999);
+  EXPECT_EQ(small.Add(1999, 0, 0, 0), 1999);  // the index sees copied points
+  small.SetSize(10);
+  EXPECT_EQ(small.count(), 0);
+  EXPECT_EQ(small.capacity(), 10);
+}
+
+TEST(TexPoints, DifferencesWrapAt32Bits) {
+  TEXPOINTS t;
+  t.Add(2147483647, 0, 0, 0);
+  EXPECT_EQ(t.Add(-2147483647 - 1, 0, 0, 1), 0);  // 1 apart once wrapped
+  EXPECT_EQ(t.Add(-2147483647 + 5, 0, 0, 5), 1);  // 7 apart
+}
+
+// The index must give what a walk from point 0 gives, whatever the history.
+TEST(TexPoints, IndexAgreesWithAPlainWalk) {
+  std::mt19937 rng(20261123);
+  for (int round = 0; round < 40; ++round) {
+    TEXPOINTS t(12000);
+    std::vector<TEXPOINT> plain;
+    int spread = round % 2 ? 200 : 3000;
+    std::uniform_int_distribution<int> coord(-spread, spread);
+    std::uniform_int_distribution<int> tol(0, 12);
+    for (int i = 0; i < 3000; ++i) {
+      int x = coord(rng), y = coord(rng) / 50, z = coord(rng), tolerance = i % 3 ? 5 : tol(rng);
+      if (i % 500 == 499) {  // owners change points in place too
+        auto all = t.EditAll();
+        all[0].x += 3;
+        plain[0].x += 3;
+      }
+      if (i % 700 == 350 && !plain.empty()) {
+        TEXPOINT moved{x, y, z};
+        t.SetPoint(static_cast<std::int32_t>(plain.size() / 2), moved);
+        plain[plain.size() / 2] = moved;
+      }
+      std::int32_t expected = -1;
+      for (std::size_t n = 0; n < plain.size(); ++n) {
+        if (WithinTolerance(plain[n], x, y, z, tolerance)) {
+          expected = static_cast<std::int32_t>(n);
+          break;
+        }
+      }
+      if (expected == -1) {
+        expected = static_cast<std::int32_t>(plain.size());
+        plain.push_back({x, y, z});
+      }
+      ASSERT_EQ(t.Add(x, y, z, tolerance), expected) << "round " << round << " add " << i;
+    }
+  }
+}
+
+TEST(Texture, ReverseKeepsTheMiddle) {
+  TEXTURE t;
+  for (int n : {0, 1, 2, 3, 4}) {
+    t.count = n;
+    for (int i = 0; i < n; ++i) t.verts[i].point = i;
+    t.Reverse();
+    for (int i = 0; i < n; ++i) EXPECT_EQ(t.verts[i].point, n - 1 - i) << n;
+  }
+}
+
+TEST(TextureList, ReadsTheLastAddedFirst) {
+  TextureList list;
+  EXPECT_EQ(list.First(), nullptr);
+  TEXTURE t;
+  for (int id = 1; id <= 3; ++id) {
+    t.SetFlat(id + 2, id);
+    for (int i = 0; i < id + 2; ++i) t.verts[i].point = id * 10 + i;
+    EXPECT_EQ(list.Add(t), 1);
+  }
+  for (int pass = 0; pass < 2; ++pass) {
+    int id = 3;
+    for (const TEXTURE* p = list.First(); p; p = list.Next(), --id) {
+      EXPECT_EQ(p->attr, id);
+      ASSERT_EQ(p->count, id + 2);
+      EXPECT_EQ(p->normalY, 32767);
+      for (int i = 0; i < p->count; ++i) EXPECT_EQ(p->verts[i].point, id * 10 + i);
+    }
+    EXPECT_EQ(id, 0);
+  }
+}
+
+TEST(TexPoint, OnCurve) {
+  TEXPOINT a{0, 0, 0}, b{10, 10, 10}, c{0, 20, -8}, p;
+  p.SetOnCurve(a, b, c, 0);
+  EXPECT_TRUE(p.Equals(0, 0, 0));
+  p.SetOnCurve(a, b, c, 1);
+  EXPECT_TRUE(p.Equals(0, 20, -8));
+  p.SetOnCurve(a, b, c, 0.5);
+  EXPECT_EQ(p.x, 5);
+  EXPECT_EQ(p.y, 10);  // 0 + 5 + 5
+  EXPECT_EQ(p.z, 3);   // 0 + 5 - 2
+}
+
+}  // namespace
+}  // namespace bgr
