@@ -1,0 +1,151 @@
+#include "formats/taxiway_list.h"
+
+#include <gtest/gtest.h>
+
+#include "support/bgr_builder.h"
+#include "support/temp_dir.h"
+
+namespace bgr {
+namespace {
+
+using bgrtest::BgrBuilder;
+
+class TaxiwayListTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const char* argv[] = {"bgrtool"};
+    ReportStart(1, argv, kVersion, false, true);
+    TaxiwayList::ResetReadPlyWarning();
+  }
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in{dir.path()};
+};
+
+TEST_F(TaxiwayListTest, LoadCutsCoordinatesAndSaveSkipsDeadEdges) {
+  BgrBuilder b;
+  b.Origin(10, 20).Node(1.9, 0, -1.9).Node(5, 0, 5).Node(5.5, 0, 5.5);
+  b.Edge(0, 1, 16906, 3, 1).Edge(1, 2, 17096, 15, 0).Edge(0, 2, 17096, 0, 1).End();
+  dir.Write("a.bgr", b.data);
+  TaxiwayList list;
+  ASSERT_EQ(list.Load("A.BGR", 0), 1);
+  EXPECT_EQ(list.state, 1);
+  EXPECT_EQ(list.points.count(), 3);
+  EXPECT_EQ(list.points[0].x, 1);
+  EXPECT_EQ(list.points[0].z, -1);
+  EXPECT_EQ(list.edges[0].width, 25);
+  EXPECT_EQ(list.plyName, "A.PLY");
+  list.edges[2].start = -1;  // deleted
+  ASSERT_EQ(list.Save("b.bgr"), 1);
+  EXPECT_EQ(list.points.count(), 0);
+  // edge 1-2 joins two points that coincide once cut: gone; all points stay
+  BgrBuilder want;
+  want.Origin(10, 20).Node(1, 0, -1).Node(5, 0, 5).Node(5, 0, 5).Edge(0, 1, 16904, 3, 1).End();
+  EXPECT_EQ(dir.Read("b.bgr"), want.data);
+}
+
+TEST_F(TaxiwayListTest, SaveRefusesEmptyNetworksAndTheNoneName) {
+  TaxiwayList list;
+  list.points.Add(1, 1, 1, -1);
+  EXPECT_EQ(list.Save("x.bgr"), 0);
+  EXPECT_FALSE(dir.Exists("x.bgr"));
+  list.points.Add(1, 1, 1, -1);
+  list.points.Add(2, 2, 2, -1);
+  list.edges[0] = {0, 1, 50, 1, 0};
+  list.edgeCount = 1;
+  EXPECT_EQ(list.Save("DATA\\NONE.BGR"), 0);
+  EXPECT_EQ(list.edgeCount, 0);
+}
+
+TEST_F(TaxiwayListTest, NodeLimitStopsEdges) {
+  BgrBuilder b;
+  b.Origin(0, 0);
+  for (int i = 0; i < 12001; ++i) b.Node(i, 0, 0);
+  b.Edge(0, 1, 17096, 0, 1).End();
+  dir.Write("big.bgr", b.data);
+  TaxiwayList list;
+  list.Load("big.bgr", 0);
+  EXPECT_EQ(list.points.count(), 12000);
+  EXPECT_EQ(list.edgeCount, 0);
+}
+
+TEST_F(TaxiwayListTest, MissingBgrStillOpensThePly) {
+  TaxiwayList list;
+  EXPECT_EQ(list.Load("new.bgr", 1), 0);
+  list.WritePlyPoint(1.7, 0, -2.7);
+  list.WritePlyPoint(3, 0, 4);
+  list.EndPlyPolygon("p1");
+  list.EndPlyPolygon("again");  // no POI before: nothing
+  list.WritePlyLight(2, 1, 0, 2, 3, 0, 4, 1);
+  list.WritePlyLight(2, 1, 0, 2, 3, 0, 4, 5);
+  list.WritePlyLight(2, 1, 0, 2, 3, 0, 4, 0);
+  list.ClosePly();
+  EXPECT_EQ(dir.Read("new.PLY"),
+            "ORG 0.000000 0.000000\nPOI 1 -2\nPOI 3 4\nPLY \"p1\"\nLGT 2 1 2\nLGT 2 1 2 3 4 5\n");
+}
+
+TEST_F(TaxiwayListTest, ReadPlyMergesAndShiftsPoints) {
+  dir.Write("p.bgr", "");
+  dir.Write("p.PLY",
+            "ORG 1 2\nPOI 0 0\nPOI 10 0\nPOI 10 10\nPOI 0 0\nPLY \"closed\"\nPOI 5\n  POI 1 1\nPLY \"x\"\n"
+            "LGT 1 2 3 4\nLGT 7 8 9\nEXI\nPOI 1 1\nPLY \"hidden\"\n");
+  TaxiwayList list;
+  list.Load("p.bgr", 0);
+  TEXPOINTS pts;
+  TEXTURE tex;
+  ASSERT_TRUE(list.ReadPly(pts, tex, 0));
+  ASSERT_EQ(tex.count, 4);
+  EXPECT_EQ(tex.verts[3].point, 0);  // shares the first point's index
+  EXPECT_FALSE(list.ReadPly(pts, tex, 0));  // only a POI with one number and an indented one
+  EXPECT_FALSE(list.ReadPly(pts, tex, 0));  // EXI hides the rest
+
+  ASSERT_TRUE(list.RewindPly());
+  pts.SetCount(0);
+  ASSERT_TRUE(list.ReadPly(pts, tex, -1));
+  EXPECT_EQ(tex.verts[3].point, 3);
+  EXPECT_EQ(pts[3].x, 1);  // shifted by 1 in x
+  EXPECT_EQ(pts[3].z, 0);
+  EXPECT_NE(dir.Read("report.txt").find("WARNING:TaxiwayList::ReadPly() shifting points\n"), std::string::npos);
+
+  ASSERT_TRUE(list.RewindPly());
+  std::int32_t kind, x1, z1, x2, z2, count;
+  ASSERT_EQ(list.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count), 1);  // the four-number line is passed over
+  EXPECT_EQ(kind, 7);
+  EXPECT_EQ(x2, 8);
+  EXPECT_EQ(z2, 9);
+  EXPECT_EQ(count, 1);
+  EXPECT_EQ(list.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count), 0);
+}
+
+TEST_F(TaxiwayListTest, ReadPlyGivesUpAfterTenTries) {
+  std::string ply;
+  // every point from (0,0) on the shifting path is taken already
+  const int path[10][2] = {{0, 0}, {1, 0}, {1, 1}, {2, 1}, {2, 2}, {3, 2}, {3, 3}, {4, 3}, {4, 4}, {5, 4}};
+  for (auto& p : path) ply += "POI " + std::to_string(p[0]) + " " + std::to_string(p[1]) + "\n";
+  ply += "POI 0 0\nPLY \"x\"\n";
+  dir.Write("t.PLY", ply);
+  TaxiwayList list;
+  list.Load("t.bgr", 0);
+  TEXPOINTS pts;
+  TEXTURE tex;
+  ASSERT_TRUE(list.ReadPly(pts, tex, -1));
+  ASSERT_EQ(tex.count, 11);
+  EXPECT_EQ(tex.verts[10].point, 9);  // the tenth try's point, (5, 4)
+}
+
+TEST_F(TaxiwayListTest, ReadPlyStopsAt255Points) {
+  std::string ply;
+  for (int i = 0; i < 255; ++i) ply += "POI " + std::to_string(i) + " 0\n";
+  ply += "PLY \"big\"\nPOI 1 1\nPOI 2 2\nPOI 3 1\nPLY \"after\"\n";
+  dir.Write("m.PLY", ply);
+  TaxiwayList list;
+  list.Load("m.bgr", 0);
+  TEXPOINTS pts;
+  TEXTURE tex;
+  ASSERT_TRUE(list.ReadPly(pts, tex, 0));
+  EXPECT_EQ(tex.count, 255);
+  EXPECT_FALSE(list.ReadPly(pts, tex, 0));  // meets the PLY line with no points
+  EXPECT_NE(dir.Read("report.txt").find("ERROR: TaxiwayList::ReadPly - too many points 0 0\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace bgr
