@@ -3,12 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "support/bgr_builder.h"
+#include "support/tms_sample.h"
 #include "support/temp_dir.h"
 
 namespace bgr {
 namespace {
 
-using bgrtest::Bytes;
+using bgrtest::SampleBytes;
 
 void SetPoints(TEXPOINTS& t, std::initializer_list<TEXPOINT> pts) {
   t.SetCount(0);
@@ -19,29 +20,6 @@ void SetPolygon(TEXTURE& t, std::initializer_list<std::int32_t> verts) {
   t.count = static_cast<std::int32_t>(verts.size());
   int i = 0;
   for (std::int32_t v : verts) t.verts[i++].point = v;
-}
-
-// The file that WriteSample makes, composed from the layout.
-std::string SampleBytes() {
-  Bytes b;
-  b.Tag("<bgno>").Tag("<orgn>").Double(1).Double(2).Double(0).Long(1);
-  b.Tag("<tlxz>").Long(8).Long(8).Tag("<feet>").Float(500).Tag("<lowl>").Double(-100).Double(0).Double(-200);
-  b.Tag("<tile>").Tag("<bgno>").Tag("<indx>").Long(0).Long(0);
-  b.Tag("<pave>").Long(96).Long(20).Long(0x10000).Long(2).Long(0);
-  b.Long(3).Long(2560).Long(0).Long(5120).Long(0).Long(0).Long(0).Long(256).Long(0).Long(0);
-  b.Long(5).Long(3).Long(0).Long(0xFFFF).Long(0).Long(0).Long(0).Long(1).Long(2).Long(0);
-  b.Tag("<edmk>").Long(60).Long(20).Long(0x10000).Long(2).Long(0);
-  b.Long(3).Long(2560).Long(0).Long(5120).Long(0).Long(0).Long(0).Long(256).Long(0).Long(0).Long(0);
-  b.Tag("<lite>").Long(48);
-  b.Long(1).Long(3).Float(2).Float(-2);
-  b.Long(2).Long(3).Float(2).Float(0).Float(-2).Float(2).Float(7.5f);
-  b.Long(0);
-  b.Tag("<endo>");
-  b.Tag("<tile>").Tag("<bgno>").Tag("<indx>").Long(1).Long(0).Tag("<endo>");
-  b.Tag("<tile>").Tag("<bgno>").Tag("<indx>").Long(2).Long(0);
-  b.Tag("<pave>").Long(24).Long(20).Long(0x10000).Long(2).Long(0).Long(0).Long(0).Tag("<endo>");
-  b.Tag("<endo>");
-  return b.data;
 }
 
 void WriteSample(const std::string& path) {
