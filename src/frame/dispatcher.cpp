@@ -21,7 +21,16 @@ struct CommandRow {
 // The one place that knows all commands.
 constexpr CommandRow kCommands[] = {
     {Mode::List, 1, [](const Settings& s, Names f) { return BgrList(f[0], s.vmin, s.vmax, s.printValues); }},
+    {Mode::Move, 2,
+     [](const Settings& s, Names f) { return BgrMove(f[0], f[1], s.north, s.east, s.vmin, s.vmax, s.printValues); }},
+    {Mode::DeleteEdges, 2,
+     [](const Settings& s, Names f) { return BgrDeleteEdges(f[0], f[1], s.vmin, s.vmax, s.printValues); }},
+    {Mode::Merge, 2, [](const Settings&, Names f) { return BgrMerge(f[0], f[1]); }},
     {Mode::Graph, 1, [](const Settings& s, Names f) { return BgrGraph(f[0], s.vmin, s.vmax); }},
+    {Mode::TxpExport, 1, [](const Settings& s, Names f) { return BgrTxp(f[0], s.txpLevel, s.printValues); }},
+    {Mode::TxdExport, 1, [](const Settings&, Names f) { return BgrTxd(f[0]); }},
+    {Mode::Purge, 1, [](const Settings&, Names f) { return BgrPurge(f[0]); }},
+    {Mode::EditScript, 1, [](const Settings& s, Names f) { return BgrEditScript(f[0], s.textName); }},
 };
 
 }  // namespace

@@ -114,6 +114,12 @@ bool MoveFile(std::string_view from, std::string_view to) {
   return true;
 }
 
+bool TruncateFile(std::string_view path, std::uint64_t size) {
+  std::error_code ec;
+  fs::resize_file(NativePath(path), size, ec);
+  return !ec;
+}
+
 bool WildcardMatch(std::string_view pattern, std::string_view name) {
   std::size_t p = 0, n = 0, starP = std::string_view::npos, starN = 0;
   auto same = [](char a, char b) {

@@ -28,6 +28,9 @@ bool RemoveFile(std::string_view path);
 // stay where they were.
 bool MoveFile(std::string_view from, std::string_view to);
 
+// Cuts a file to its first 'size' bytes.
+bool TruncateFile(std::string_view path, std::uint64_t size);
+
 // '*' and '?' wildcards, compared ignoring case.
 bool WildcardMatch(std::string_view pattern, std::string_view name);
 

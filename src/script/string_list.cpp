@@ -1,0 +1,134 @@
+#include "script/string_list.h"
+
+#include <cctype>
+
+#include "frame/report.h"
+#include "frame/text.h"
+#include "script/text_file.h"
+
+namespace bgr {
+namespace {
+
+constexpr std::size_t kMaxPrefix = 19;
+constexpr std::size_t kMaxEntryText = 4092;  // the entry's length lives in 12 bits
+
+// The one iteration of the process.
+struct Iteration {
+  const STRING_LIST* list = nullptr;
+  std::string prefix;
+  std::int32_t position = 0;
+};
+Iteration g_iteration;
+
+}  // namespace
+
+std::string STRING_LIST::Folded(std::string_view text) {
+  std::string folded(text.substr(0, text.find('\0')));
+  for (char& c : folded) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return folded;
+}
+
+bool STRING_LIST::Create(std::int32_t bytes) {
+  if (hasBlock_ && capacity_ == bytes) {
+    Clear();
+    return true;
+  }
+  Destroy();
+  if (bytes <= 0) {
+    Report("%s%d STRING_LIST::Create(%ld) failed ", "", 0, bytes);
+    return false;
+  }
+  hasBlock_ = true;
+  capacity_ = bytes;
+  return true;
+}
+
+std::int32_t STRING_LIST::Destroy() {
+  hasBlock_ = false;
+  capacity_ = 0;
+  Clear();
+  return 1;
+}
+
+std::int32_t STRING_LIST::Clear() {
+  entries_.clear();
+  byFolded_.clear();
+  used_ = 0;
+  warned_ = 0;
+  return 1;
+}
+
+std::int32_t STRING_LIST::Add(std::string_view text) {
+  if (!hasBlock_) return -1;
+  text = text.substr(0, text.find('\0'));
+  std::string folded = Folded(text);
+  if (auto it = byFolded_.find(folded); it != byFolded_.end()) return it->second;
+  if (text.size() > kMaxEntryText) return 0;
+  auto length = static_cast<std::int32_t>(text.size());
+  if (!(used_ + length + 3 < capacity_)) {
+    if (warned_ == 0) {
+      warned_ = 1;
+      Report("STRING_LIST::Add(%s) failed, %d %ld\n", text, 0, count());
+    }
+    return -1;
+  }
+  entries_.emplace_back(text);
+  used_ += length + 3;
+  auto index = static_cast<std::int32_t>(entries_.size() - 1);
+  byFolded_.emplace(std::move(folded), index);
+  return index;
+}
+
+std::string STRING_LIST::Get(std::int32_t index) const {
+  if (index < 0 || index >= count()) return {};
+  return entries_[static_cast<std::size_t>(index)];
+}
+
+std::int32_t STRING_LIST::Find(std::string_view text, std::int32_t length, std::int32_t start) const {
+  if (!hasBlock_) return -1;
+  std::size_t n = length != 0 ? static_cast<std::size_t>(length) : std::string_view::npos;
+  if (length == 0) {
+    // the whole text: the folded map gives the one entry that can be equal
+    auto it = byFolded_.find(Folded(text));
+    return it != byFolded_.end() && it->second >= start ? it->second : -1;
+  }
+  for (std::int32_t i = start < 0 ? 0 : start; i < count(); ++i) {
+    if (CompareNoCase(entries_[static_cast<std::size_t>(i)], text, n) == 0) return i;
+  }
+  return -1;
+}
+
+std::int32_t STRING_LIST::Load(std::string_view path) {
+  TextFile file;
+  if (!file.OpenRead(path)) return -1;
+  while (file.ReadLine()) {
+    if (!file.line.empty()) Add(file.line);
+  }
+  file.Close();
+  return count();
+}
+
+std::optional<std::string> STRING_LIST::First(std::string_view prefix, std::int32_t* index) {
+  g_iteration.list = this;
+  g_iteration.prefix = std::string(prefix.substr(0, kMaxPrefix));
+  g_iteration.position = 0;
+  return Next(index);
+}
+
+std::optional<std::string> STRING_LIST::Next(std::int32_t* index) {
+  const STRING_LIST* list = g_iteration.list;
+  for (;;) {
+    std::int32_t position = g_iteration.position++;
+    std::string text = list ? list->Get(position) : std::string();
+    if (text.empty()) {  // the end of the list, or an empty entry that stops the walk as well
+      if (index) *index = -1;
+      return std::nullopt;
+    }
+    if (text.compare(0, g_iteration.prefix.size(), g_iteration.prefix) == 0) {
+      if (index) *index = position;
+      return text.substr(g_iteration.prefix.size());
+    }
+  }
+}
+
+}  // namespace bgr
