@@ -1,0 +1,231 @@
+// Moving, deleting, merging, purging and edit scripts, run as a user runs them.
+#include <gtest/gtest.h>
+
+#include "cli/cli_case.h"
+#include "support/bgr_builder.h"
+
+namespace bgrtest {
+namespace {
+
+// Nodes 0..2 and four edges between them.
+std::string Triangle() {
+  BgrBuilder b;
+  b.Origin(1, 2).Node(0, 0, 0).Node(10, 1, 20).Node(-30, 0, 5);
+  b.Edge(0, 1, 17096, 15, 1).Edge(1, 0, 17096, 15, 1).Edge(1, 2, 16904, 1, 0).Edge(2, 0, 17000, 3, 1).End();
+  return b.data;
+}
+
+std::string TriangleWithEdges(std::initializer_list<int> keep) {
+  struct E {
+    int a, b, code, flags, type;
+  };
+  const E all[] = {{0, 1, 17096, 15, 1}, {1, 0, 17096, 15, 1}, {1, 2, 16904, 1, 0}, {2, 0, 17000, 3, 1}};
+  BgrBuilder b;
+  b.Origin(1, 2).Node(0, 0, 0).Node(10, 1, 20).Node(-30, 0, 5);
+  for (int i : keep) b.Edge(all[i].a, all[i].b, all[i].code, all[i].flags, all[i].type);
+  b.End();
+  return b.data;
+}
+
+std::vector<std::string> Missing(const std::string& name, const std::string& message) {
+  return {"INFO: WrapFileOpen(" + name + ", [00] rb) failed", "ERROR: " + message};
+}
+
+void MoveAndDelete(std::vector<CliCase>& cases) {
+  {
+    BgrBuilder want;
+    want.Origin(1, 2).Node(0, 0, 100).Node(10, 1, 120).Node(-30, 0, 105);
+    want.Edge(0, 1, 17096, 15, 1).Edge(1, 0, 17096, 15, 1).Edge(1, 2, 16904, 1, 0).Edge(2, 0, 17000, 3, 1).End();
+    cases.push_back({"mv moves all nodes north", {"-mv100:0", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}}, "", 1, {},
+                     {{"b.bgr", want.data}, {"a.bgr", Triangle()}}});
+  }
+  {
+    BgrBuilder want;
+    want.Origin(1, 2).Node(0, 0, 0).Node(7.5, 1, 18.5).Node(-30, 0, 5);
+    want.Edge(0, 1, 17096, 15, 1).Edge(1, 0, 17096, 15, 1).Edge(1, 2, 16904, 1, 0).Edge(2, 0, 17000, 3, 1).End();
+    cases.push_back({"mv with a range of one node moves south west", {"-mv-1.5:-2.5:1", "a.bgr", "b.bgr"},
+                     {{"a.bgr", Triangle()}}, "", 1, {}, {{"b.bgr", want.data}}});
+  }
+  {
+    BgrBuilder b;
+    b.Origin(0, 0).Node(1, 0, 1, true).Raw("<xtra>").Raw(std::string(1, '\0')).Node(2, 0, 2).End();
+    BgrBuilder want;
+    want.Origin(0, 0).Node(1, 0, 1, true).Raw("<xtra>").Raw(std::string(1, '\0')).Node(2, 0, 12).End();
+    cases.push_back({"mv carries unknown tags and flow marks through", {"-mv10:0:1:1", "a.bgr", "b.bgr"},
+                     {{"a.bgr", b.data}}, "", 1, {}, {{"b.bgr", want.data}}});
+  }
+  cases.push_back({"mv with a missing source leaves an empty destination",
+                   {"-mv1", "x.bgr", "b.bgr"},
+                   {{"b.bgr", Triangle()}},
+                   "ERROR: BgrMove source file 'x.bgr' not found\n",
+                   0,
+                   Missing("x.bgr", "BgrMove source file 'x.bgr' not found"),
+                   {{"b.bgr", ""}}});
+  cases.push_back({"de deletes the edges between two nodes either way", {"-de0:1", "a.bgr", "b.bgr"},
+                   {{"a.bgr", Triangle()}}, "Deleted 0 1\nDeleted 1 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({2, 3})}}});
+  cases.push_back({"de with one node deletes all its edges", {"-de2", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}},
+                   "Deleted 1 2\nDeleted 2 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({0, 1})}}});
+  cases.push_back({"de without a value copies", {"-de", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}}, "", 1, {},
+                   {{"b.bgr", Triangle()}}});
+  cases.push_back({"de of the last edge leaves no byte of it", {"-de0:2", "a.bgr", "b.bgr"},
+                   {{"a.bgr", Triangle()}}, "Deleted 2 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({0, 1, 2})}}});
+  cases.push_back({"de echoes the ends with values on", {"-de2:1", "-pr1", "a.bgr", "b.bgr"},
+                   {{"a.bgr", TriangleWithEdges({0, 2})}},
+                   // bytes between tags are dumped: the origin's values, the nodes'
+                   // doubles, and the thickness words and types of the edges
+                   std::string(" 00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 00 40 00 00 00 00 00 00 00 00") +
+                       " 01 00 00 00" + " 00 00 00 00 00 00 00 00" + " 00 00 00 00 00 00 00 00" +
+                       " 00 00 00 00 00 00 00 00" + " 00 00 00 00 00 00 24 40" + " 00 00 00 00 00 00 F0 3F" +
+                       " 00 00 00 00 00 00 34 40" + " 00 00 00 00 00 00 3E C0" + " 00 00 00 00 00 00 00 00" +
+                       " 00 00 00 00 00 00 14 40" + "<edge>  0 1\n 0F 00 C8 42 01 00 00 00<edge>  1 2\nDeleted 1 2\n" +
+                       " 01 00 08 42 00 00 00 00",
+                   1,
+                   {},
+                   {{"b.bgr", TriangleWithEdges({0})}}});
+}
+
+std::string Destination() {
+  BgrBuilder b;
+  b.Origin(100, 200, 7);
+  for (int i = 0; i < 5; ++i) b.Node(i, 0, -i);
+  b.Edge(0, 1, 17096, 15, 1).Edge(1, 2, 17096, 15, 1).Edge(2, 3, 16904, 1, 0).Edge(3, 4, 17000, 2, 1).End();
+  return b.data;
+}
+
+std::string Source() {
+  BgrBuilder b;
+  b.Origin(5, 6).Node(3.7, 0, -3.7, true, true).Node(10, 2, 10).Node(20, 0, 20);
+  b.Edge(0, 1, 16950, 4, 1, true).Edge(2, 1, 16904, 0, 2).Edge(1, 2, 17200, 5, 0).End();
+  return b.data;
+}
+
+void MergeAndPurge(std::vector<CliCase>& cases) {
+  {
+    BgrBuilder want;
+    want.Origin(100, 200, 7);
+    for (int i = 0; i < 5; ++i) want.Node(i, 0, -i);
+    want.Node(3, 0, -3).Node(10, 2, 10).Node(20, 0, 20);
+    want.Edge(0, 1, 17096, 15, 1).Edge(1, 2, 17096, 15, 1).Edge(2, 3, 16904, 1, 0).Edge(3, 4, 17000, 2, 1);
+    want.Edge(5, 6, 16950, 4, 1).Edge(6, 7, 17200, 5, 0).End();  // the type 2 edge is dropped
+    cases.push_back({"mg merges the source behind the destination", {"-mg", "s.bgr", "d.bgr"},
+                     {{"s.bgr", Source()}, {"d.bgr", Destination()}}, "", 1, {},
+                     {{"d.bgr", want.data}, {"s.bgr", Source()}}, {"_TEMP_.BGR"}});
+  }
+  cases.push_back({"mg with a missing source leaves the destination",
+                   {"-mg", "x.bgr", "d.bgr"},
+                   {{"d.bgr", Destination()}},
+                   "ERROR: BgrMerge source file 'x.bgr' not found\n",
+                   0,
+                   Missing("x.bgr", "BgrMerge source file 'x.bgr' not found"),
+                   {{"d.bgr", Destination()}},
+                   {"_TEMP_.BGR"}});
+  {
+    BgrBuilder big, small;
+    big.Origin(0, 0);
+    small.Origin(0, 0);
+    for (int i = 0; i < 1999; ++i) big.Node(i, 0, 0);
+    for (int i = 0; i < 3; ++i) small.Node(i, 0, 1);
+    big.End();
+    small.End();
+    cases.push_back({"mg of 2001 nodes fails and changes nothing",
+                     {"-mg", "s.bgr", "d.bgr"},
+                     {{"s.bgr", small.data}, {"d.bgr", big.data}},
+                     "ERROR: BgrMerge too many nodes in s.bgr\nERROR: BgrMerge too many nodes in s.bgr\n",
+                     0,
+                     {"ERROR: BgrMerge too many nodes in s.bgr", "ERROR: BgrMerge too many nodes in s.bgr"},
+                     {{"d.bgr", big.data}},
+                     {"_TEMP_.BGR"}});
+  }
+  {
+    BgrBuilder in;
+    in.Origin(3, 4).Node(100, 0, 100).Node(10, 7, 10).Node(13, 0, 14, true).Node(3, 0, -2).Node(50, 0, 50);
+    in.Edge(1, 4, 17096, 15, 1).Edge(2, 3, 16904, 1, 0, true).Edge(4, 9, 17000, 2, 1).End();
+    BgrBuilder want;
+    want.Origin(3, 4).Node(0, 0, 0).Node(10, 7, 10).Node(50, 0, 50);
+    want.Edge(1, 2, 17096, 15, 1).Edge(1, 0, 16904, 1, 0).Edge(2, 0, 17000, 2, 1).End();
+    cases.push_back({"pg keeps used nodes joined within 5 feet in the order of the edges", {"-pg", "p.bgr"},
+                     {{"p.bgr", in.data}}, "", 1, {}, {{"p.bgr", want.data}}, {"_TEMP_.BGR"}});
+  }
+  {
+    BgrBuilder in, want;
+    in.Origin(3, 4).Node(1, 1, 1).Node(2, 2, 2).End();
+    want.Origin(3, 4).Node(0, 0, 0).End();
+    cases.push_back({"pg of a file without edges keeps the origin node", {"-pg", "p.bgr"}, {{"p.bgr", in.data}}, "", 1,
+                     {}, {{"p.bgr", want.data}}});
+  }
+  {
+    BgrBuilder in, want;
+    in.Origin(0, 0).Node(0, 0, 100).Node(5, 0, 100).Node(5.01, 0, 200).Node(0, 0, 200);
+    in.Edge(0, 1, 17096, 0, 1).Edge(2, 3, 17096, 0, 1).End();
+    want.Origin(0, 0).Node(0, 0, 0).Node(0, 0, 100).Node(5.01, 0, 200).Node(0, 0, 200);
+    want.Edge(1, 1, 17096, 0, 1).Edge(2, 3, 17096, 0, 1).End();
+    cases.push_back({"pg joins at exactly 5 feet, not at 5.01", {"-pg", "p.bgr"}, {{"p.bgr", in.data}}, "", 1, {},
+                     {{"p.bgr", want.data}}});
+  }
+  cases.push_back({"pg with a missing file", {"-pg", "x.bgr"}, {}, "ERROR: BgrPurge source file 'x.bgr' not found\n", 0,
+                   Missing("x.bgr", "BgrPurge source file 'x.bgr' not found"), {}, {"_TEMP_.BGR", "x.bgr"}});
+}
+
+// Nodes along z = 0 from x 0 to 300, one 3 feet off, one well away.
+std::string Line() {
+  BgrBuilder b;
+  b.Origin(0, 0).Node(0, 0, 0.5).Node(100, 0, 0).Node(200, 0, 3, true).Node(300, 0, 0).Node(100, 0, 50);
+  b.Edge(0, 1, 17096, 15, 1).Edge(1, 2, 17096, 15, 1).Edge(2, 3, 17096, 15, 1).Edge(1, 4, 16904, 1, 0).End();
+  return b.data;
+}
+
+void EditScripts(std::vector<CliCase>& cases) {
+  {
+    BgrBuilder want;
+    want.Origin(0, 0).Node(0, 0, 0.5).Node(100, 0, 0).Node(200, 0, 3).Node(300, 0, 0).Node(100, 0, 50);
+    want.Edge(1, 4, 16904, 1, 0).Edge(0, 3, 16904, 1, 0).End();
+    cases.push_back({"replace-edges puts one edge in place of the chain", {"-rsfix.txt", "l.bgr"},
+                     {{"l.bgr", Line()}, {"fix.txt", "comment\n<bgr-replace-edges> 0 3 5\n"}}, "", 1, {},
+                     {{"l.bgr", want.data}}, {"_TEMP_.BGR"}});
+  }
+  {
+    BgrBuilder want;
+    want.Origin(0, 0).Node(0, 0, 0).Node(100, 0, 0).Node(200, 0, 0).Node(300, 0, 0).Node(100, 0, 50);
+    want.Edge(0, 1, 17096, 15, 1).Edge(1, 2, 17096, 15, 1).Edge(2, 3, 17096, 15, 1).Edge(1, 4, 16904, 1, 0).End();
+    cases.push_back({"align-nodes pulls near nodes onto the line", {"-rsfix.txt", "l.bgr"},
+                     {{"l.bgr", Line()}, {"fix.txt", "<bgr-align-nodes> 0 3\n"}}, "", 1, {}, {{"l.bgr", want.data}}});
+  }
+  {
+    BgrBuilder want;
+    want.Origin(0, 0).Node(0, 0, 0.5).Node(100, 0, 0).Node(200, 0, 3).Node(300, 0, 0).Node(100, 0, 50);
+    // 100 ft stays as it was; 25 ft becomes 50 ft: code 50 * 128 / 50 + 16840
+    want.Edge(0, 1, 17096, 15, 1).Edge(1, 2, 17096, 15, 1).Edge(2, 3, 17096, 15, 1).Edge(1, 4, 16968, 1, 0).End();
+    cases.push_back({"width-edges raises narrow edges, a repeated line runs once", {"-rsfix.txt", "l.bgr"},
+                     {{"l.bgr", Line()}, {"fix.txt", "<bgr-width-edges> 50\n\n<BGR-WIDTH-EDGES> 50\n"}}, "", 1, {},
+                     {{"l.bgr", want.data}}});
+  }
+  cases.push_back({"a script of comments leaves the file", {"-rsfix.txt", "l.bgr"},
+                   {{"l.bgr", Line()}, {"fix.txt", "just words\n<bgr-unknown> 1 2\n"}}, "", 1, {},
+                   {{"l.bgr", Line()}}});
+  cases.push_back({"a missing script fails", {"-rsnone.txt", "l.bgr"}, {{"l.bgr", Line()}}, "", 0,
+                   {"INFO: WrapFileOpen(none.txt, [00] r) failed"}, {{"l.bgr", Line()}}});
+  cases.push_back({"an edit script on a missing file",
+                   {"-rsfix.txt", "x.bgr"},
+                   {{"fix.txt", "<bgr-width-edges>\n<bgr-align-nodes> 1 2\n"}},
+                   "ERROR: Bgr source file 'x.bgr' not found\n",
+                   0,
+                   Missing("x.bgr", "Bgr source file 'x.bgr' not found"),
+                   {},
+                   {"_TEMP_.BGR", "x.bgr"}});
+}
+
+std::vector<CliCase> Cases() {
+  std::vector<CliCase> cases;
+  MoveAndDelete(cases);
+  MergeAndPurge(cases);
+  EditScripts(cases);
+  return cases;
+}
+
+class EditCli : public ::testing::TestWithParam<CliCase> {};
+TEST_P(EditCli, Runs) { RunCliCase(GetParam()); }
+INSTANTIATE_TEST_SUITE_P(Cases, EditCli, ::testing::ValuesIn(Cases()),
+                         [](const auto& info) { return CaseName(info.param); });
+
+}  // namespace
+}  // namespace bgrtest
