@@ -1,0 +1,186 @@
+#include "geometry/tile_grid.h"
+
+#include <algorithm>
+
+#include "frame/text.h"
+#include "geometry/planar.h"
+
+namespace bgr {
+namespace {
+
+std::int32_t Clamp32(std::int64_t v) {
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(v, INT32_MIN, INT32_MAX));
+}
+
+}  // namespace
+
+bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b) {
+  if (a == b) return false;
+  return (a < v && v < b) || (b < v && v < a);
+}
+
+TileGrid::TileGrid() : tiles_(std::make_unique<Grid>()) {}
+
+std::int32_t TileGrid::TileIndex(std::int64_t coordinate, std::int32_t origin) {
+  if (TileSize <= 0) TileSize = 256000;
+  std::int64_t index = (coordinate - origin) / TileSize;
+  return index >= 0 && index < kTilesPerSide ? static_cast<std::int32_t>(index) : 0;
+}
+
+std::int32_t TileGrid::TileIndexX(std::int32_t coordinate) { return TileIndex(coordinate, TileOriginX); }
+std::int32_t TileGrid::TileIndexZ(std::int32_t coordinate) { return TileIndex(coordinate, TileOriginZ); }
+
+std::int32_t TileGrid::TileKey(std::int32_t x, std::int32_t z) { return TileIndexX(x) * 256 + TileIndexZ(z); }
+
+void TileGrid::SelectTile(std::int32_t x, std::int32_t z) {
+  CurrentTileX = TileIndexX(x);
+  CurrentTileZ = TileIndexZ(z);
+}
+
+std::int64_t TileGrid::NextGridLine(std::int64_t coordinate, std::int32_t origin) const {
+  return origin + (coordinate + TileSize - origin) / TileSize * TileSize;
+}
+
+void TileGrid::ClipLine(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
+                        std::int32_t light) {
+  if (TileIndex(std::int64_t{x1} + 1, TileOriginX) == TileIndex(std::int64_t{x2} - 1, TileOriginX) || x1 == x2) {
+    ClipLineZ(layer, x1, z1, x2, z2, light);
+    return;
+  }
+  if (x1 > x2) {
+    std::swap(x1, x2);
+    std::swap(z1, z2);
+  }
+  PlaneLine line;
+  line.Set(x1, z1, x2, z2);
+  std::int32_t cx = x1, cz = z1;
+  while (cx < x2) {
+    auto nx = static_cast<std::int32_t>(std::min<std::int64_t>(NextGridLine(cx, TileOriginX), x2));
+    std::int32_t nz = TruncToLong(line.YAtX(nx));
+    ClipLineZ(layer, cx, cz, nx, nz, light);
+    cx = nx;
+    cz = nz;
+  }
+}
+
+void TileGrid::ClipLineZ(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
+                         std::int32_t light) {
+  if (TileIndex(std::int64_t{z1} + 1, TileOriginZ) == TileIndex(std::int64_t{z2} - 1, TileOriginZ)) {
+    ClipPoint ends[2] = {{x1, z1}, {x2, z2}};
+    Emit(layer, ends, light);
+    return;
+  }
+  if (z1 > z2) {
+    std::swap(x1, x2);
+    std::swap(z1, z2);
+  }
+  PlaneLine line;
+  line.Set(x1, z1, x2, z2);
+  std::int32_t cx = x1, cz = z1;
+  while (cz < z2) {
+    auto nz = static_cast<std::int32_t>(std::min<std::int64_t>(NextGridLine(cz, TileOriginZ), z2));
+    std::int32_t nx = TruncToLong(line.XAtY(nz));
+    ClipPoint ends[2] = {{cx, cz}, {nx, nz}};
+    Emit(layer, ends, light);
+    cx = nx;
+    cz = nz;
+  }
+}
+
+void TileGrid::ClipTriangle(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
+                            std::int32_t x3, std::int32_t z3) {
+  ClipTriangleOn(false, layer, {x1, z1}, {x2, z2}, {x3, z3});
+}
+
+void TileGrid::ClipTriangleOn(bool zStage, std::int32_t layer, ClipPoint p1, ClipPoint p2, ClipPoint p3) {
+  auto axis = [zStage](const ClipPoint& p) { return zStage ? p.z : p.x; };
+  std::int32_t origin = zStage ? TileOriginZ : TileOriginX;
+  std::int32_t lo = std::min({axis(p1), axis(p2), axis(p3)});
+  std::int32_t hi = std::max({axis(p1), axis(p2), axis(p3)});
+  if (TileIndex(std::int64_t{lo} + 1, origin) == TileIndex(std::int64_t{hi} - 1, origin)) {
+    if (zStage) {
+      ClipPoint corners[3] = {p1, p2, p3};
+      Emit(layer, corners, 0);
+    } else {
+      ClipTriangleZ(layer, p1, p2, p3);
+    }
+    return;
+  }
+  std::int32_t& depth = zStage ? ClipDepthZ : ClipDepthX;
+  ++depth;
+  if (depth < kMaxClipDepth) {
+    PlaneLine e1, e2, e3;
+    e1.Set(p1.x, p1.z, p2.x, p2.z);
+    e2.Set(p2.x, p2.z, p3.x, p3.z);
+    e3.Set(p3.x, p3.z, p1.x, p1.z);
+    std::int64_t gridLine = origin + (std::int64_t{lo} + TileSize + 1 - origin) / TileSize * TileSize;
+    std::int32_t g = Clamp32(gridLine);
+    bool c1 = StrictlyBetween(g, axis(p1), axis(p2));
+    bool c2 = StrictlyBetween(g, axis(p2), axis(p3));
+    bool c3 = StrictlyBetween(g, axis(p3), axis(p1));
+    auto corner = [&](const PlaneLine& e) {
+      return zStage ? ClipPoint{RoundCoord(e.XAtY(g)), g} : ClipPoint{g, RoundCoord(e.YAtX(g))};
+    };
+    auto tipAndRest = [&](ClipPoint ta, ClipPoint tip, ClipPoint tb, ClipPoint r1, ClipPoint r2, ClipPoint r3,
+                          ClipPoint r4) {
+      bool withinReach = std::abs(std::int64_t{g} - axis(tip)) < std::int64_t{TileSize} + kReachMargin;
+      if (withinReach && zStage) {
+        ClipPoint corners[3] = {ta, tip, tb};
+        Emit(layer, corners, 0);
+      } else if (withinReach) {
+        ClipTriangleZ(layer, ta, tip, tb);
+      } else {
+        ClipTriangle(layer, ta.x, ta.z, tip.x, tip.z, tb.x, tb.z);
+      }
+      ClipQuad(layer, r1.x, r1.z, r2.x, r2.z, r3.x, r3.z, r4.x, r4.z);
+    };
+    if (c1 && c2) {
+      ClipPoint k1 = corner(e1), k2 = corner(e2);
+      tipAndRest(k1, p2, k2, p1, k1, k2, p3);
+    } else if (c1 && c3) {
+      ClipPoint k1 = corner(e1), k3 = corner(e3);
+      tipAndRest(k1, p1, k3, p2, p3, k3, k1);
+    } else if (c2 && c3) {
+      ClipPoint k2 = corner(e2), k3 = corner(e3);
+      tipAndRest(k2, p3, k3, p1, p2, k2, k3);
+    }
+  }
+  --depth;
+}
+
+void TileGrid::ClipQuad(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
+                        std::int32_t x3, std::int32_t z3, std::int32_t x4, std::int32_t z4) {
+  std::int32_t minX = std::min({x1, x2, x3, x4}), maxX = std::max({x1, x2, x3, x4});
+  std::int32_t minZ = std::min({z1, z2, z3, z4}), maxZ = std::max({z1, z2, z3, z4});
+  auto key = [&](std::int64_t x, std::int64_t z) {
+    return TileIndex(x, TileOriginX) * 256 + TileIndex(z, TileOriginZ);
+  };
+  if (key(std::int64_t{minX} + 1, std::int64_t{minZ} + 1) == key(std::int64_t{maxX} - 1, std::int64_t{maxZ} - 1)) {
+    ClipPoint corners[4] = {{x1, z1}, {x2, z2}, {x3, z3}, {x4, z4}};
+    Emit(layer, corners, 0);
+    return;
+  }
+  ClipTriangle(layer, x1, z1, x2, z2, x3, z3);
+  ClipTriangle(layer, x1, z1, x3, z3, x4, z4);
+}
+
+void TileGrid::Emit(std::int32_t layer, std::span<const ClipPoint> corners, std::int32_t attr) {
+  if (layer < 0 || layer >= kLayers) return;
+  std::int64_t sumX = 0, sumZ = 0;
+  for (const ClipPoint& c : corners) {
+    sumX += c.x;
+    sumZ += c.z;
+  }
+  auto n = static_cast<std::int64_t>(corners.size());
+  SelectTile(static_cast<std::int32_t>(sumX / n), static_cast<std::int32_t>(sumZ / n));
+  TileRecord& tile = Tile(CurrentTileX, CurrentTileZ);
+  TEXPOINTS& points = tile.points[static_cast<std::size_t>(layer)];
+  TEXTURE texture;
+  texture.SetFlat(static_cast<std::int32_t>(corners.size()), attr);
+  for (std::size_t i = 0; i < corners.size(); ++i) texture.verts[i].point = points.Add(corners[i].x, 0, corners[i].z, 0);
+  // every polygon is stored clockwise in plan; a line keeps its ends in order
+  if (corners.size() >= 3 && texture.IsReversed(points)) texture.Reverse();
+  tile.polygons[static_cast<std::size_t>(layer)].Add(texture);
+}
+
+}  // namespace bgr
