@@ -1,12 +1,12 @@
 #include "formats/bgr_file.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "formats/little_endian.h"
 #include "frame/text.h"
 #include "geometry/texpoints.h"
-#include "platform/platform.h"
 
 namespace bgr {
 
@@ -17,6 +17,8 @@ std::int32_t DecodeWidth(std::int32_t code) { return WrapMul(WrapSub(code, 16840
 bool BgrFile::OpenRead(std::string_view name) {
   Close();
   stream_ = WrapFileOpen(name, "rb");
+  window_.resize(65536);
+  ResetWindow(0);
   if (!stream_) return false;
   return ReadTag("<bgno>");
 }
@@ -40,9 +42,63 @@ bool BgrFile::Close() {
   return true;
 }
 
-long BgrFile::Tell() const { return stream_ ? std::ftell(stream_.get()) : 0; }
+void BgrFile::ResetWindow(long start) {
+  windowStart_ = start;
+  windowPos_ = 0;
+  windowLen_ = 0;
+}
 
-bool BgrFile::Seek(long position) { return stream_ && std::fseek(stream_.get(), position, SEEK_SET) == 0; }
+bool BgrFile::Refill() {
+  if (!stream_ || writing_) return false;
+  windowStart_ += static_cast<long>(windowLen_);
+  windowPos_ = 0;
+  windowLen_ = std::fread(window_.data(), 1, window_.size(), stream_.get());
+  return windowLen_ > 0;
+}
+
+int BgrFile::GetByte() {
+  if (windowPos_ == windowLen_ && !Refill()) return EOF;
+  return window_[windowPos_++];
+}
+
+bool BgrFile::ReadBytes(void* out, std::size_t n) {
+  auto* bytes = static_cast<unsigned char*>(out);
+  for (std::size_t i = 0; i < n; ++i) {
+    int c = GetByte();
+    if (c == EOF) return false;
+    bytes[i] = static_cast<unsigned char>(c);
+  }
+  return true;
+}
+
+long BgrFile::Tell() const {
+  if (!stream_) return 0;
+  if (writing_) return std::ftell(stream_.get());
+  return windowStart_ + static_cast<long>(windowPos_);
+}
+
+bool BgrFile::Seek(long position) {
+  if (!stream_ || position < 0) return false;
+  if (writing_) return std::fseek(stream_.get(), position, SEEK_SET) == 0;
+  if (position >= windowStart_ && position <= windowStart_ + static_cast<long>(windowLen_)) {
+    windowPos_ = static_cast<std::size_t>(position - windowStart_);
+    return true;
+  }
+  std::clearerr(stream_.get());
+  if (std::fseek(stream_.get(), position, SEEK_SET) != 0) return false;
+  ResetWindow(position);
+  return true;
+}
+
+long BgrFile::Length() {
+  if (!stream_) return 0;
+  std::FILE* f = stream_.get();
+  long here = std::ftell(f);
+  std::fseek(f, 0, SEEK_END);
+  long length = std::ftell(f);
+  std::fseek(f, here, SEEK_SET);
+  return length;
+}
 
 bool BgrFile::WriteTag(std::string_view text) {
   if (!stream_) return false;
@@ -51,20 +107,18 @@ bool BgrFile::WriteTag(std::string_view text) {
 }
 
 bool BgrFile::ReadTag(std::string_view text) {
-  std::FILE* f = stream_.get();
-  if (!f) return false;
-  long start = std::ftell(f);
+  if (!stream_ || writing_) return false;
+  long start = Tell();
   bool match = true;
   for (char want : text) {
-    int c = platform::GetByte(f);
+    int c = GetByte();
     if (c == EOF || static_cast<char>(c) != want) {
       match = false;
       break;
     }
   }
-  if (match && platform::GetByte(f) == 0) return true;
-  std::clearerr(f);
-  std::fseek(f, start, SEEK_SET);
+  if (match && GetByte() == 0) return true;
+  Seek(start);
   return false;
 }
 
@@ -77,9 +131,26 @@ bool BgrFile::WriteRaw32(const void* word) {
 }
 
 bool BgrFile::WriteDouble(double value) { return WriteF64(stream_.get(), value); }
-bool BgrFile::ReadLong(std::int32_t* value) { return ReadI32(stream_.get(), *value); }
-bool BgrFile::ReadFloat(float* value) { return ReadF32(stream_.get(), *value); }
-bool BgrFile::ReadDouble(double* value) { return ReadF64(stream_.get(), *value); }
+bool BgrFile::ReadLong(std::int32_t* value) {
+  unsigned char b[4];
+  if (writing_ || !ReadBytes(b, 4)) return false;
+  *value = static_cast<std::int32_t>(DecodeU32(b));
+  return true;
+}
+
+bool BgrFile::ReadFloat(float* value) {
+  unsigned char b[4];
+  if (writing_ || !ReadBytes(b, 4)) return false;
+  *value = std::bit_cast<float>(DecodeU32(b));
+  return true;
+}
+
+bool BgrFile::ReadDouble(double* value) {
+  unsigned char b[8];
+  if (writing_ || !ReadBytes(b, 8)) return false;
+  *value = std::bit_cast<double>(DecodeU64(b));
+  return true;
+}
 
 bool BgrFile::WriteOrigin(double latitude, double longitude, double third) {
   return WriteTag("<orgn>") && WriteDouble(latitude) && WriteDouble(longitude) && WriteDouble(third) && WriteLong(1);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "frame/report.h"
 
@@ -40,13 +41,24 @@ class BgrFile {
   bool ReadEdge(std::int32_t* from, std::int32_t* to, std::int32_t* width, std::int32_t* type, std::int32_t* packed,
                 std::int32_t* flags);
 
-  std::FILE* stream() const { return stream_.get(); }
   long Tell() const;
   bool Seek(long position);
+  long Length();
 
  private:
+  // Reading goes through a window of the file of our own, so that the many
+  // tries of a tag that isn't there (and the seeks back) cost no system call.
+  bool ReadBytes(void* out, std::size_t n);
+  int GetByte();
+  bool Refill();
+  void ResetWindow(long start);
+
   std::int32_t writing_ = 0;
   Stream stream_;
+  std::vector<unsigned char> window_;
+  long windowStart_ = 0;
+  std::size_t windowPos_ = 0;
+  std::size_t windowLen_ = 0;
 };
 
 }  // namespace bgr

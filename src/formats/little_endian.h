@@ -7,19 +7,28 @@
 
 namespace bgr {
 
+inline std::uint32_t DecodeU32(const unsigned char* b) {
+  return static_cast<std::uint32_t>(b[0]) | static_cast<std::uint32_t>(b[1]) << 8 |
+         static_cast<std::uint32_t>(b[2]) << 16 | static_cast<std::uint32_t>(b[3]) << 24;
+}
+
+inline std::uint64_t DecodeU64(const unsigned char* b) {
+  std::uint64_t out = 0;
+  for (int i = 7; i >= 0; --i) out = out << 8 | b[i];
+  return out;
+}
+
 inline bool ReadU32(std::FILE* f, std::uint32_t& out) {
   unsigned char b[4];
   if (!f || std::fread(b, 1, 4, f) != 4) return false;
-  out = static_cast<std::uint32_t>(b[0]) | static_cast<std::uint32_t>(b[1]) << 8 |
-        static_cast<std::uint32_t>(b[2]) << 16 | static_cast<std::uint32_t>(b[3]) << 24;
+  out = DecodeU32(b);
   return true;
 }
 
 inline bool ReadU64(std::FILE* f, std::uint64_t& out) {
   unsigned char b[8];
   if (!f || std::fread(b, 1, 8, f) != 8) return false;
-  out = 0;
-  for (int i = 7; i >= 0; --i) out = out << 8 | b[i];
+  out = DecodeU64(b);
   return true;
 }
 

@@ -131,7 +131,6 @@ bool TmsFile::CheckWord(std::int32_t value) {
   long at = file.Tell();
   std::int32_t word = 0;
   if (file.ReadLong(&word) && word == value) return true;
-  std::clearerr(file.stream());
   file.Seek(at);
   return false;
 }

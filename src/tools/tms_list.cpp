@@ -69,11 +69,8 @@ int TmsList(std::string_view name) {
     }
   }
   std::printf("Range X: %d %d, Z: %d %d\n", range.lowX, range.highX, range.lowZ, range.highZ);
-  std::FILE* f = tms.file.stream();
-  long tell = std::ftell(f);
-  std::fseek(f, 0, SEEK_END);
-  long length = std::ftell(f);
-  std::fseek(f, tell, SEEK_SET);
+  long tell = tms.file.Tell();
+  long length = tms.file.Length();
   std::printf("Tell= %08lX, len= %08lX\n", static_cast<unsigned long>(tell), static_cast<unsigned long>(length));
   tms.Close();
   return 1;
