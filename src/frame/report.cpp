@@ -52,11 +52,11 @@ void Console(std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-std::string FormatOne(const std::string& spec, auto value) {
-  int size = std::snprintf(nullptr, 0, spec.c_str(), value);
+std::string FormatOne(const std::string& conversion, auto value) {
+  int size = std::snprintf(nullptr, 0, conversion.c_str(), value);
   if (size <= 0) return {};
   std::string out(static_cast<std::size_t>(size) + 1, '\0');
-  std::snprintf(out.data(), out.size(), spec.c_str(), value);
+  std::snprintf(out.data(), out.size(), conversion.c_str(), value);
   out.resize(static_cast<std::size_t>(size));
   return out;
 }
@@ -98,10 +98,10 @@ std::string FormatReportLine(std::string_view format, std::string_view text, std
       continue;
     }
     std::size_t j = i + 1;
-    std::string spec = "%";
-    while (j < format.size() && std::strchr("-+ #0", format[j])) spec += format[j++];
+    std::string conversion = "%";
+    while (j < format.size() && std::strchr("-+ #0", format[j])) conversion += format[j++];
     while (j < format.size() && (std::isdigit(static_cast<unsigned char>(format[j])) || format[j] == '.'))
-      spec += format[j++];
+      conversion += format[j++];
     bool isLong = false;
     while (j < format.size() && std::strchr("hlLqjzt", format[j])) {
       if (format[j] == 'l') isLong = true;
@@ -112,25 +112,25 @@ std::string FormatReportLine(std::string_view format, std::string_view text, std
       break;
     }
     char conv = format[j];
-    spec += conv;
+    conversion += conv;
     switch (conv) {
       case '%':
         out += '%';
         break;
       case 's': {
         std::string value(textsShown++ == 0 ? text : text2);
-        out += FormatOne(spec, value.c_str());
+        out += FormatOne(conversion, value.c_str());
         break;
       }
       case 'd':
       case 'i':
-        out += FormatOne(spec, isLong ? static_cast<int>(longNumber) : static_cast<int>(shortNumber));
+        out += FormatOne(conversion, isLong ? static_cast<int>(longNumber) : static_cast<int>(shortNumber));
         break;
       case 'u':
       case 'x':
       case 'X':
       case 'o':
-        out += FormatOne(spec, isLong ? static_cast<unsigned>(longNumber)
+        out += FormatOne(conversion, isLong ? static_cast<unsigned>(longNumber)
                                       : static_cast<unsigned>(static_cast<std::uint16_t>(shortNumber)));
         break;
       default:

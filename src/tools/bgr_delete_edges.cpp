@@ -10,17 +10,9 @@ namespace bgr {
 
 int BgrDeleteEdges(std::string_view source, std::string_view destination, std::int32_t first, std::int32_t second,
                    std::int32_t pv) {
-  int result = 1;
-  Stream in = WrapFileOpen(source, "rb");
-  if (!in) {
-    result = 0;
-    Report("BgrMove source file '%s' not found", source);
-  }
-  Stream out = WrapFileOpen(destination, "wb");
-  if (!out) {
-    result = 0;
-    Report("BgrMove dest file '%s' not openable", destination);
-  }
+  CopyStreams files(source, destination);
+  Stream& in = files.in;
+  Stream& out = files.out;
   std::FILE* dest = out.get();
   auto position = [dest] { return dest ? std::ftell(dest) : 0L; };
   long mark = 0;
@@ -49,7 +41,7 @@ int BgrDeleteEdges(std::string_view source, std::string_view destination, std::i
   WrapFileClose(out);
   // no byte of a deleted record may stay behind the last write
   if (dest) platform::TruncateFile(destination, static_cast<std::uint64_t>(end));
-  return result;
+  return files.ok;
 }
 
 }  // namespace bgr

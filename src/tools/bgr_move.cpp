@@ -10,17 +10,9 @@ namespace bgr {
 
 int BgrMove(std::string_view source, std::string_view destination, double north, double east, std::int32_t vmin,
             std::int32_t vmax, std::int32_t pv) {
-  int result = 1;
-  Stream in = WrapFileOpen(source, "rb");
-  if (!in) {
-    result = 0;
-    Report("BgrMove source file '%s' not found", source);
-  }
-  Stream out = WrapFileOpen(destination, "wb");
-  if (!out) {
-    result = 0;
-    Report("BgrMove dest file '%s' not openable", destination);
-  }
+  CopyStreams files(source, destination);
+  Stream& in = files.in;
+  Stream& out = files.out;
   if (vmin == -1) {
     vmin = 0;
     vmax = 9999;
@@ -42,7 +34,7 @@ int BgrMove(std::string_view source, std::string_view destination, double north,
   }
   WrapFileClose(in);
   WrapFileClose(out);
-  return result;
+  return files.ok;
 }
 
 }  // namespace bgr

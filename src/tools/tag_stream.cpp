@@ -62,4 +62,17 @@ std::int32_t CopyLong(std::FILE* source, std::FILE* copy, std::int32_t add, std:
   return sum;
 }
 
+CopyStreams::CopyStreams(std::string_view source, std::string_view destination) {
+  in = WrapFileOpen(source, "rb");
+  if (!in) {
+    ok = 0;
+    Report("BgrMove source file '%s' not found", source);
+  }
+  out = WrapFileOpen(destination, "wb");
+  if (!out) {
+    ok = 0;
+    Report("BgrMove dest file '%s' not openable", destination);
+  }
+}
+
 }  // namespace bgr

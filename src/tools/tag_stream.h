@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <string_view>
+
+#include "frame/report.h"
 
 namespace bgr {
 
@@ -16,5 +19,14 @@ bool ScanTag(std::string& tag, std::FILE* source, std::FILE* copy, std::int32_t 
 double CopyDouble(std::FILE* source, std::FILE* copy, double add, std::int32_t printValues);
 std::int32_t CopyLong(std::FILE* source, std::FILE* copy, std::int32_t add, std::int32_t divisor, bool quiet,
                       std::int32_t printValues);
+
+// The source and destination of a byte-copying command (move, edge delete);
+// a failed open is reported in the commands' words and clears 'ok'.
+struct CopyStreams {
+  CopyStreams(std::string_view source, std::string_view destination);
+  Stream in;
+  Stream out;
+  int ok = 1;
+};
 
 }  // namespace bgr
