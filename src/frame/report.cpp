@@ -39,6 +39,9 @@ class ReportStream {
     }
   }
   std::FILE* get() const { return out_; }
+  // When the stream has fallen back on standard output, a line reaches the
+  // console once, through the stream.
+  bool IsConsole() const { return out_ == stdout; }
   void Write(std::string_view text) const {
     if (out_) std::fwrite(text.data(), 1, text.size(), out_);
   }
@@ -166,7 +169,7 @@ void ReportStart(int argc, const char* const* argv, std::string_view version, bo
   }
   commandLine += '\n';
   if (st.reportToConsole) Console(" " + banner + commandLine);
-  stream.Write("\n" + banner + commandLine);
+  if (!stream.IsConsole()) stream.Write("\n" + banner + commandLine);
 }
 
 void Report(std::string_view format, std::string_view text, std::int16_t shortNumber, std::int32_t longNumber,
@@ -177,17 +180,18 @@ void Report(std::string_view format, std::string_view text, std::int16_t shortNu
   {
     ReportStream stream;
     bool reportOnly = !format.empty() && format[0] == '>';
+    bool console = st.reportToConsole && !stream.IsConsole();
     if (reportOnly) {
       format.remove_prefix(1);
     } else {
       stream.Write("ERROR: ");
-      if (st.reportToConsole) Console("ERROR: ");
+      if (console) Console("ERROR: ");
     }
     std::string line = FormatReportLine(format, text, shortNumber, longNumber, text2);
     stream.Write(line);
-    if (!reportOnly && st.reportToConsole) Console(line);
+    if (!reportOnly && console) Console(line);
     stream.Write("\n");
-    if (!reportOnly && st.reportToConsole) Console("\n");
+    if (!reportOnly && console) Console("\n");
   }
   st.reportBusy = false;
 }
@@ -207,7 +211,7 @@ void ReportEnd() {
   std::snprintf(line, sizeof line, "TIME= %.3lf sec\n", seconds);
   Console(line);
   ReportStream stream;
-  stream.Write(line);
+  if (!stream.IsConsole()) stream.Write(line);
   std::fflush(stdout);
 }
 

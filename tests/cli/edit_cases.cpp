@@ -162,6 +162,22 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
     cases.push_back({"pg joins at exactly 5 feet, not at 5.01", {"-pg", "p.bgr"}, {{"p.bgr", in.data}}, "", 1, {},
                      {{"p.bgr", want.data}}});
   }
+  {
+    BgrBuilder in;
+    in.Origin(0, 0);
+    for (int i = 0; i < 12001; ++i) in.Node(i, 0, 0);
+    in.Edge(0, 1, 17096, 0, 1).End();
+    CliCase c{"pg of more than 12000 nodes stops and leaves the file",
+              {"-pg", "p.bgr"},
+              {{"p.bgr", in.data}},
+              // the stop repeats its line on the console alone, and no TIME line follows
+              "ERROR: insert_double_points failed\nERROR: insert_double_points failed\n",
+              1,
+              {"ERROR: insert_double_points failed"},
+              {{"p.bgr", in.data}}};
+    c.timeLine = false;
+    cases.push_back(c);
+  }
   cases.push_back({"pg with a missing file", {"-pg", "x.bgr"}, {}, "ERROR: BgrPurge source file 'x.bgr' not found\n", 0,
                    Missing("x.bgr", "BgrPurge source file 'x.bgr' not found"), {}, {"_TEMP_.BGR", "x.bgr"}});
 }

@@ -159,3 +159,19 @@ TEST(ReportFile, TwoRunsAppend) {
 
 }  // namespace
 }  // namespace bgrtest
+
+namespace bgrtest {
+namespace {
+
+TEST(ReportFile, UnwritableReportFallsBackOnTheConsole) {
+  TempDir dir;
+  dir.Write("report.txt/keep", "");  // a folder where the report should be
+  dir.Write("e.bgr", "");
+  ToolRun run = RunTool(BGRTOOL_PATH, dir.path(), {"e.bgr"});
+  const std::string info = "INFO: WrapFileOpen(report.txt, [00] a) failed\n";
+  EXPECT_EQ(Normalise(run.out), info + " <banner>\nbgrtool e.bgr\n" + kNoBounds + "TIME= <t> sec\n" + info);
+  EXPECT_EQ(run.exitStatus, 1);
+}
+
+}  // namespace
+}  // namespace bgrtest
