@@ -12,8 +12,8 @@ const std::string& BigBgr() {
     bgrtest::BgrBuilder b;
     b.Origin(171000.5, -441000.25);
     // 1/4 fractions keep '<' and '>' out of the doubles' bytes, so nothing ends the walk early
-    for (int i = 0; i < 600000; ++i) b.Node(100.25 + i % 997, 0, 100.25 + i % 991);
-    for (int i = 0; i < 300000; ++i) b.Edge(i, i + 1, 17096, 15, 1);
+    for (int i = 0; i < 650000; ++i) b.Node(100.25 + i % 997, 0, 100.25 + i % 991);
+    for (int i = 0; i < 325000; ++i) b.Edge(i, i + 1, 17096, 15, 1);
     b.End();
     std::string p = bgrbench::TempPath("list-50mb.bgr");
     bgrbench::WriteFile(p, b.data);

@@ -1,14 +1,49 @@
+#include <cctype>
+#include <charconv>
 #include <cstdio>
 #include <string>
 
 #include "frame/report.h"
 #include "frame/text.h"
 #include "geometry/geo_angle.h"
+#include "platform/platform.h"
 #include "tools/commands.h"
 #include "tools/tag_stream.h"
 
 namespace bgr {
 namespace {
+
+// Console output without a format to parse per call: a listing prints a few
+// lines for every record of files of many megabytes.
+void Put(std::string_view text) {
+  for (char c : text) platform::PutByte(c, stdout);
+}
+// A tag as "%s" shows it: up to a zero byte.
+void PutTag(const std::string& tag) { Put(tag.c_str()); }
+void PutLong(std::int32_t v) {
+  char text[16];
+  Put(std::string_view(text, static_cast<std::size_t>(std::to_chars(text, text + sizeof text, v).ptr - text)));
+}
+
+// "%02X"
+void PutHex2(unsigned v) {
+  char text[16];
+  char* end = std::to_chars(text, text + sizeof text, v, 16).ptr;
+  if (end - text < 2) Put("0");
+  for (char* c = text; c < end; ++c) platform::PutByte(std::toupper(static_cast<unsigned char>(*c)), stdout);
+}
+
+enum class Tag { kOther, kOrgn, kVloc, kEdge, kType, kThck };
+
+Tag Classify(const std::string& tag) {
+  if (tag.size() != 6) return Tag::kOther;
+  if (tag == "<vloc>") return Tag::kVloc;
+  if (tag == "<edge>") return Tag::kEdge;
+  if (tag == "<type>") return Tag::kType;
+  if (tag == "<thck>") return Tag::kThck;
+  if (tag == "<orgn>") return Tag::kOrgn;
+  return Tag::kOther;
+}
 
 int ListBgr(std::string_view name, std::int32_t vmin, std::int32_t vmax, std::int32_t pv) {
   std::int32_t node = 0;
@@ -28,9 +63,9 @@ int ListBgr(std::string_view name, std::int32_t vmin, std::int32_t vmax, std::in
   std::FILE* in = source.get();
   std::string tag;
   while (ScanTag(tag, in, nullptr, pv)) {
-    const char* t = tag.c_str();
-    if (tag == "<orgn>") {
-      std::printf("%s ", t);
+    Tag kind = Classify(tag);
+    if (kind == Tag::kOrgn) {
+      std::printf("%s ", tag.c_str());
       double lat = CopyDouble(in, nullptr, 0.0, pv);
       double lon = CopyDouble(in, nullptr, 0.0, pv);
       CopyDouble(in, nullptr, 0.0, pv);
@@ -40,38 +75,48 @@ int ListBgr(std::string_view name, std::int32_t vmin, std::int32_t vmax, std::in
       std::printf(" (%s", a.Format().c_str());
       a.SetLongitude(lon);
       std::printf(" %s)\n", a.Format().c_str());
-    } else if (tag == "<vloc>") {
+    } else if (kind == Tag::kVloc) {
       if (vmin <= node && node <= vmax) {
-        std::printf("%s (%d)", t, node);
+        PutTag(tag);
+        Put(" (");
+        PutLong(node);
+        Put(")");
         double x = CopyDouble(in, nullptr, 0.0, pv);
         CopyDouble(in, nullptr, 0.0, pv);
         double z = CopyDouble(in, nullptr, 0.0, pv);
-        std::printf("\n");
+        Put("\n");
         if (west > x) west = x;
         if (east < x) east = x;
         if (south > z) south = z;
         if (north < z) north = z;
       }
       node = WrapAdd(node, 1);
-    } else if (tag == "<edge>") {
-      std::printf("%s ", t);
+    } else if (kind == Tag::kEdge) {
+      PutTag(tag);
+      Put(" ");
       CopyLong(in, nullptr, 0, 1, false, pv);
       CopyLong(in, nullptr, 0, 1, false, pv);
-      std::printf("\n");
-    } else if (tag == "<type>") {
-      std::printf("%s ", t);
+      Put("\n");
+    } else if (kind == Tag::kType) {
+      PutTag(tag);
+      Put(" ");
       CopyLong(in, nullptr, 0, 1, false, pv);
-      std::printf("\n");
-    } else if (tag == "<thck>") {
-      std::printf("%s ", t);
+      Put("\n");
+    } else if (kind == Tag::kThck) {
+      PutTag(tag);
+      Put(" ");
       std::int32_t word = CopyLong(in, nullptr, 0, 65536, true, pv);
       std::int32_t flags = word & 0xFFFF;
       std::int32_t code = word / 65536;
-      std::printf("%d %dft sp=%02X", code, ((code - 16840) * 50) / 128, static_cast<unsigned>(flags));
-      std::printf("\n");
+      PutLong(code);
+      Put(" ");
+      PutLong(((code - 16840) * 50) / 128);
+      Put("ft sp=");
+      PutHex2(static_cast<unsigned>(flags));
+      Put("\n");
     } else if (vmax == 9999) {
-      std::fputs(t, stdout);
-      std::putc('\n', stdout);
+      PutTag(tag);
+      Put("\n");
     }
   }
   std::printf("WS= %lf %lf, EN= %lf %lf\n", west, south, east, north);

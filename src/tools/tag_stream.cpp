@@ -58,7 +58,11 @@ std::int32_t CopyLong(std::FILE* source, std::FILE* copy, std::int32_t add, std:
   ReadI32(source, value);
   std::int32_t sum = WrapAdd(value, add);
   if (copy) WriteI32(copy, sum);
-  if (printValues != 0 && !quiet) std::printf(" %d", SafeDiv(sum, divisor));
+  if (printValues != 0 && !quiet) {
+    char text[16] = {' '};
+    auto end = std::to_chars(text + 1, text + sizeof text, SafeDiv(sum, divisor)).ptr;
+    std::fwrite(text, 1, static_cast<std::size_t>(end - text), stdout);
+  }
   return sum;
 }
 

@@ -101,6 +101,13 @@ std::vector<CliCase> Cases() {
                    " 00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 00 40 00 00 00 00 00 00 08 40 01 00 00 00"
                    "<vloc> (1) 4.000000 5.000000 6.000000\n"
                    "WS= 4.000000 6.000000, EN= 4.000000 6.000000\n"});
+  cases.push_back({"the width line shows the flags in two hex digits or more", {"w.bgr"},
+                   {{"w.bgr", BgrBuilder().Origin(0, 0).Edge(0, 1, 16839, 0x100, 1).Edge(1, 2, 18120, 0xFFFF, 0).End().data}},
+                   "<bgno>\n<orgn>  (0 0'00.0000\"N 0 0'00.0000\"E)\n"
+                   // 16839 decodes to -50 / 128, cut toward zero
+                   "<edge> \n<bgno>\n<thck> 16839 0ft sp=100\n<type> \n<endo>\n"
+                   "<edge> \n<bgno>\n<thck> 18120 500ft sp=FFFF\n<type> \n<endo>\n<endo>\n" +
+                       kNoBounds});
   cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {}, MissingLines("missing.bgr"), 0,
                    MissingReport("missing.bgr")});
   cases.push_back({"an unknown option is the file name", {"-xy"}, {}, MissingLines("-xy"), 0, MissingReport("-xy")});
