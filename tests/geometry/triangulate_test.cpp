@@ -132,7 +132,9 @@ TEST(Triangulate, RandomSimplePolygonsAreCoveredExactly) {
     ASSERT_EQ(triples.size(), static_cast<std::size_t>(n - 2)) << "round " << round;
     double sum = 0;
     for (const Triple& t : triples) {
-      if (!fanned) ASSERT_GT(Cross(pts, t), 0) << "round " << round;
+      if (!fanned) {
+        ASSERT_GT(Cross(pts, t), 0) << "round " << round;
+      }
       sum += std::fabs(Cross(pts, t));
     }
     ASSERT_NEAR(sum, std::fabs(area), 1e-6 * std::fabs(area) + 1) << "round " << round;
