@@ -43,47 +43,38 @@ std::int64_t TileGrid::NextGridLine(std::int64_t coordinate, std::int32_t origin
 
 void TileGrid::ClipLine(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
                         std::int32_t light) {
-  if (TileIndex(std::int64_t{x1} + 1, TileOriginX) == TileIndex(std::int64_t{x2} - 1, TileOriginX) || x1 == x2) {
-    ClipLineZ(layer, x1, z1, x2, z2, light);
-    return;
-  }
-  if (x1 > x2) {
-    std::swap(x1, x2);
-    std::swap(z1, z2);
-  }
-  PlaneLine line;
-  line.Set(x1, z1, x2, z2);
-  std::int32_t cx = x1, cz = z1;
-  while (cx < x2) {
-    auto nx = static_cast<std::int32_t>(std::min<std::int64_t>(NextGridLine(cx, TileOriginX), x2));
-    std::int32_t nz = TruncToLong(line.YAtX(nx));
-    ClipLineZ(layer, cx, cz, nx, nz, light);
-    cx = nx;
-    cz = nz;
-  }
+  ClipLineOn(false, layer, {x1, z1}, {x2, z2}, light);
 }
 
-void TileGrid::ClipLineZ(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
-                         std::int32_t light) {
-  if (TileIndex(std::int64_t{z1} + 1, TileOriginZ) == TileIndex(std::int64_t{z2} - 1, TileOriginZ)) {
-    ClipPoint ends[2] = {{x1, z1}, {x2, z2}};
+// The X and Z stages of a line are twins on the cut axis; only the X stage hands
+// on a line that runs along its grid lines (x1 equal to x2).
+void TileGrid::ClipLineOn(bool zStage, std::int32_t layer, ClipPoint a, ClipPoint b, std::int32_t light) {
+  auto axis = [zStage](const ClipPoint& p) { return zStage ? p.z : p.x; };
+  std::int32_t origin = zStage ? TileOriginZ : TileOriginX;
+  bool noCrossing = TileIndex(std::int64_t{axis(a)} + 1, origin) == TileIndex(std::int64_t{axis(b)} - 1, origin);
+  if (zStage && noCrossing) {
+    ClipPoint ends[2] = {a, b};
     Emit(layer, ends, light);
     return;
   }
-  if (z1 > z2) {
-    std::swap(x1, x2);
-    std::swap(z1, z2);
+  if (!zStage && (noCrossing || a.x == b.x)) {
+    ClipLineOn(true, layer, a, b, light);
+    return;
   }
+  if (axis(a) > axis(b)) std::swap(a, b);
   PlaneLine line;
-  line.Set(x1, z1, x2, z2);
-  std::int32_t cx = x1, cz = z1;
-  while (cz < z2) {
-    auto nz = static_cast<std::int32_t>(std::min<std::int64_t>(NextGridLine(cz, TileOriginZ), z2));
-    std::int32_t nx = TruncToLong(line.XAtY(nz));
-    ClipPoint ends[2] = {{cx, cz}, {nx, nz}};
-    Emit(layer, ends, light);
-    cx = nx;
-    cz = nz;
+  line.Set(a.x, a.z, b.x, b.z);
+  ClipPoint current = a;
+  while (axis(current) < axis(b)) {
+    auto cut = static_cast<std::int32_t>(std::min<std::int64_t>(NextGridLine(axis(current), origin), axis(b)));
+    ClipPoint next = zStage ? ClipPoint{TruncToLong(line.XAtY(cut)), cut} : ClipPoint{cut, TruncToLong(line.YAtX(cut))};
+    if (zStage) {
+      ClipPoint ends[2] = {current, next};
+      Emit(layer, ends, light);
+    } else {
+      ClipLineOn(true, layer, current, next, light);
+    }
+    current = next;
   }
 }
 

@@ -47,8 +47,7 @@ class TileGrid {
   std::int32_t ClipDepthZ = 0;
 
  private:
-  void ClipLineZ(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
-                 std::int32_t light);
+  void ClipLineOn(bool zStage, std::int32_t layer, ClipPoint a, ClipPoint b, std::int32_t light);
   void ClipTriangleOn(bool zStage, std::int32_t layer, ClipPoint p1, ClipPoint p2, ClipPoint p3);
   void ClipTriangleZ(std::int32_t layer, ClipPoint p1, ClipPoint p2, ClipPoint p3) {
     ClipTriangleOn(true, layer, p1, p2, p3);

@@ -19,16 +19,8 @@ constexpr std::int32_t kEditListBytes = 10240;
 // the operation's own work, and the swap.
 template <class Work>
 int EditPass(std::string_view file, Work work) {
-  int ok = 1;
   BgrFile in, temp;
-  if (!in.OpenRead(file)) {
-    ok = 0;
-    Report("Bgr source file '%s' not found", file);
-  }
-  if (!temp.OpenWrite(kTempBgr)) {
-    ok = 0;
-    Report("Bgr temp file '%s' not found", kTempBgr);
-  }
+  int ok = OpenSourceAndTemp(in, temp, file, "Bgr");
   double lat = 0, lon = 0, third = 0;
   in.ReadOrigin(&lat, &lon, &third);
   temp.WriteOrigin(lat, lon, third);

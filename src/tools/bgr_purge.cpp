@@ -8,18 +8,10 @@ namespace bgr {
 
 int BgrPurge(std::string_view name) {
   constexpr double kTolerance = 5.0;
-  int result = 1;
   NodeTable whole("BgrPurge cannot allocate points");
   KeptNodes kept(kTolerance);
   BgrFile in, temp;
-  if (!in.OpenRead(name)) {
-    result = 0;
-    Report("BgrPurge source file '%s' not found", name);
-  }
-  if (!temp.OpenWrite(kTempBgr)) {
-    result = 0;
-    Report("BgrPurge temp file '%s' not found", kTempBgr);
-  }
+  int result = OpenSourceAndTemp(in, temp, name, "BgrPurge");
   double lat = 0, lon = 0, third = 0;
   in.ReadOrigin(&lat, &lon, &third);
   temp.WriteOrigin(lat, lon, third);
