@@ -3,6 +3,7 @@
 
 #include "bench_util.h"
 #include "support/bgr_builder.h"
+#include "frame/options.h"
 #include "tools/commands.h"
 
 namespace {
@@ -25,9 +26,29 @@ const std::string& BigBgr() {
 void ListBgr(benchmark::State& state, std::int32_t vmax, std::int32_t printValues) {
   const std::string& path = BigBgr();
   auto size = static_cast<std::int64_t>(std::filesystem::file_size(path));
+  bgr::Settings s;
+  s.vmin = vmax == -1 ? -1 : 0;
+  s.vmax = vmax;
+  s.printValues = printValues;
   for (auto _ : state) {
-    bgrbench::QuietStdout quiet;
-    benchmark::DoNotOptimize(bgr::BgrList(path, vmax == -1 ? -1 : 0, vmax, printValues));
+    bgrbench::QuietRun run;
+    benchmark::DoNotOptimize(bgr::BgrList(run.ctx(), s, path));
+  }
+  state.SetBytesProcessed(state.iterations() * size);
+}
+
+// Move and edge delete copy the same bytes; their speeds should be alike.
+void CopyBgr(benchmark::State& state, bool deleteEdges) {
+  const std::string& path = BigBgr();
+  std::string out = bgrbench::TempPath("copy-50mb.bgr");
+  auto size = static_cast<std::int64_t>(std::filesystem::file_size(path));
+  bgr::Settings s;
+  s.north = 10;
+  s.vmin = 5;  // the edges of node 5 go
+  for (auto _ : state) {
+    bgrbench::QuietRun run;
+    benchmark::DoNotOptimize(deleteEdges ? bgr::BgrDeleteEdges(run.ctx(), s, path, out)
+                                         : bgr::BgrMove(run.ctx(), s, path, out));
   }
   state.SetBytesProcessed(state.iterations() * size);
 }
@@ -38,5 +59,10 @@ void BM_ListValuesAllNodes(benchmark::State& s) { ListBgr(s, 99999999, 1); }
 BENCHMARK(BM_ListPlain)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ListValuesDefaultRange)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ListValuesAllNodes)->Unit(benchmark::kMillisecond);
+
+void BM_MoveAllNodes(benchmark::State& s) { CopyBgr(s, false); }
+void BM_DeleteEdgesOfOneNode(benchmark::State& s) { CopyBgr(s, true); }
+BENCHMARK(BM_MoveAllNodes)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DeleteEdgesOfOneNode)->Unit(benchmark::kMillisecond);
 
 }  // namespace

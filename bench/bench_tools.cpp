@@ -34,14 +34,15 @@ class BenchFolder {
   std::filesystem::path previous_;
 };
 
-void RunOnFreshCopy(benchmark::State& state, int (*command)(std::string_view)) {
+void RunOnFreshCopy(benchmark::State& state, int (*command)(bgr::RunContext&, std::string_view)) {
   BenchFolder folder;
   static const std::string bytes = FullNetworkBytes();
   for (auto _ : state) {
     state.PauseTiming();
     bgrbench::WriteFile("net.bgr", bytes);
+    bgrbench::QuietRun run;
     state.ResumeTiming();
-    benchmark::DoNotOptimize(command("net.bgr"));
+    benchmark::DoNotOptimize(command(run.ctx(), "net.bgr"));
   }
 }
 
@@ -52,18 +53,19 @@ void BM_EditScriptFullNetwork(benchmark::State& s) {
   BenchFolder folder;
   bgrbench::WriteFile("fix.txt",
                       "<bgr-replace-edges> 0 198 10\n<bgr-align-nodes> 200 398 5\n<bgr-width-edges> 50 80\n");
-  RunOnFreshCopy(s, [](std::string_view file) { return bgr::BgrEditScript(file, "fix.txt"); });
+  RunOnFreshCopy(s, [](bgr::RunContext& ctx, std::string_view file) { return bgr::BgrEditScript(ctx, file, "fix.txt"); });
 }
 BENCHMARK(BM_EditScriptFullNetwork)->Unit(benchmark::kMillisecond);
 
 void BM_StringListIterateFull(benchmark::State& state) {
-  bgr::STRING_LIST list;
+  bgrbench::QuietRun run;
+  bgr::STRING_LIST list(run.ctx());
   list.Create(10240);
   for (int i = 0; list.Add("<bgr-width-edges> " + std::to_string(i)) >= 0; ++i) {
   }
   for (auto _ : state) {
     int n = 0;
-    for (auto t = list.First("<bgr-", nullptr); t; t = bgr::STRING_LIST::Next(nullptr)) ++n;
+    for (auto t = list.First("<bgr-", nullptr); t; t = bgr::STRING_LIST::Next(run.ctx(), nullptr)) ++n;
     benchmark::DoNotOptimize(n);
   }
   state.SetItemsProcessed(state.iterations() * list.count());

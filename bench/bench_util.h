@@ -1,34 +1,31 @@
 #pragma once
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "frame/output.h"
+#include "frame/run_context.h"
+
 namespace bgrbench {
 
-// Sends standard output to /dev/null while it lives, so listings don't flood
-// the benchmark's own report.
-class QuietStdout {
+// A run whose console goes to /dev/null through the real output path, so a
+// listing costs what it costs a user, and whose report lines stay in memory.
+class QuietRun {
  public:
-  QuietStdout() {
-    std::fflush(stdout);
-    saved_ = dup(1);
-    int null = open("/dev/null", O_WRONLY);
-    dup2(null, 1);
-    close(null);
+  QuietRun() : null_(std::fopen("/dev/null", "w")), console_(null_) { ctx_.KeepReportOnConsole(); }
+  ~QuietRun() {
+    console_.Flush();
+    std::fclose(null_);
   }
-  ~QuietStdout() {
-    std::fflush(stdout);
-    dup2(saved_, 1);
-    close(saved_);
-  }
+  bgr::RunContext& ctx() { return ctx_; }
 
  private:
-  int saved_;
+  std::FILE* null_;
+  bgr::OutputSink console_;
+  bgr::OutputSink diagnostics_;
+  bgr::RunContext ctx_{console_, diagnostics_};
 };
 
 inline std::string TempPath(const std::string& name) {

@@ -1,15 +1,16 @@
 // Shared set-up of the fuzz targets: inputs go through real files, as users'
-// files do, and the console and report are quiet.
+// files do, and each input runs in a fresh run context whose console and report
+// are kept in memory.
 #pragma once
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <string>
 
-#include "frame/report.h"
+#include "frame/output.h"
+#include "frame/run_context.h"
 
 namespace bgrfuzz {
 
@@ -17,17 +18,17 @@ inline const std::string& WorkDir() {
   static const std::string dir = [] {
     char pattern[] = "/tmp/bgrfuzz-XXXXXX";
     const char* made = mkdtemp(pattern);
-    std::string d = made ? made : "/tmp";
-    // a report beside a program in a folder that can't exist: no report file
-    const char* argv[] = {"/nonexistent-bgrfuzz/bgrtool"};
-    bgr::ReportStart(1, argv, bgr::kVersion, false, false);
-    int null = open("/dev/null", O_WRONLY);
-    dup2(null, 1);
-    close(null);
-    return d;
+    return std::string(made ? made : "/tmp");
   }();
   return dir;
 }
+
+struct Run {
+  Run() { ctx.KeepReportOnConsole(); }
+  bgr::OutputSink console;
+  bgr::OutputSink diagnostics;
+  bgr::RunContext ctx{console, diagnostics};
+};
 
 inline std::string WriteInput(const char* name, const std::uint8_t* data, std::size_t size) {
   std::string path = WorkDir() + "/" + name;

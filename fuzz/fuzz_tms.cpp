@@ -3,6 +3,7 @@
 #include "tools/commands.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  bgr::TmsList(bgrfuzz::WriteInput("in.tms", data, size));
+  bgrfuzz::Run run;
+  bgr::TmsList(run.ctx, bgrfuzz::WriteInput("in.tms", data, size));
   return 0;
 }

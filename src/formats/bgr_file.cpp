@@ -5,28 +5,41 @@
 #include <cstring>
 
 #include "formats/little_endian.h"
-#include "frame/text.h"
+#include "frame/int32_math.h"
+#include "frame/run_context.h"
 #include "geometry/texpoints.h"
 
 namespace bgr {
 
-std::int32_t EncodeWidth(std::int32_t width) { return std::clamp(width, 25, 500) * 128 / 50 + 16840; }
+namespace {
+constexpr std::size_t kWindowBytes = 65536;
+}
 
-std::int32_t DecodeWidth(std::int32_t code) { return WrapMul(WrapSub(code, 16840), 50) / 128; }
+std::int32_t EncodeWidth(std::int32_t width) {
+  return std::clamp(width, kMinWidth, kMaxWidth) * kWidthCodeSteps / kWidthCodeFeet + kWidthCodeBase;
+}
 
-bool BgrFile::OpenRead(std::string_view name) {
-  Close();
-  stream_ = WrapFileOpen(name, "rb");
-  window_.resize(65536);
+std::int32_t DecodeWidth(std::int32_t code) {
+  return WrapMul(WrapSub(code, kWidthCodeBase), kWidthCodeFeet) / kWidthCodeSteps;
+}
+
+bool BgrFile::OpenRead(RunContext& ctx, std::string_view name) {
+  Abandon();
+  context_ = &ctx;
+  name_ = name;
+  stream_ = WrapFileOpen(ctx, name, "rb");
+  window_.resize(kWindowBytes);
   ResetWindow(0);
   if (!stream_) return false;
   return ReadTag("<bgno>");
 }
 
-bool BgrFile::OpenWrite(std::string_view name) {
-  Close();
+bool BgrFile::OpenWrite(RunContext& ctx, std::string_view name) {
+  Abandon();
+  context_ = &ctx;
+  name_ = name;
   writing_ = 1;
-  stream_ = WrapFileOpen(name, "wb");
+  stream_ = WrapFileOpen(ctx, name, "wb");
   WriteTag("<bgno>");
   return static_cast<bool>(stream_);
 }
@@ -36,10 +49,17 @@ bool BgrFile::Close() {
     writing_ = 0;
     return true;
   }
-  if (writing_) WriteTag("<endo>");
-  WrapFileClose(stream_);
+  bool wasWriting = writing_ != 0;
+  if (wasWriting) WriteTag("<endo>");
   writing_ = 0;
-  return true;
+  if (stream_.Close() || !wasWriting) return true;
+  context_->Report("BgrFile cannot write '%s': %s", name_, 0, 0, stream_.error());
+  return false;
+}
+
+void BgrFile::Abandon() {
+  if (stream_) std::fclose(stream_.release());
+  writing_ = 0;
 }
 
 void BgrFile::ResetWindow(long start) {
@@ -152,20 +172,21 @@ bool BgrFile::ReadDouble(double* value) {
   return true;
 }
 
-bool BgrFile::WriteOrigin(double latitude, double longitude, double third) {
-  return WriteTag("<orgn>") && WriteDouble(latitude) && WriteDouble(longitude) && WriteDouble(third) && WriteLong(1);
+bool BgrFile::WriteOrigin(const OriginRecord& o) {
+  return WriteTag("<orgn>") && WriteDouble(o.latitude) && WriteDouble(o.longitude) && WriteDouble(o.third) &&
+         WriteLong(1);
 }
 
-bool BgrFile::ReadOrigin(double* latitude, double* longitude, double* third) {
+bool BgrFile::ReadOrigin(OriginRecord& o) {
   if (!ReadTag("<orgn>")) return false;
   std::int32_t one = 0;
-  bool ok = ReadDouble(latitude) & ReadDouble(longitude) & ReadDouble(third);
-  return ReadLong(&one) && ok;
+  ReadDouble(&o.latitude) && ReadDouble(&o.longitude) && ReadDouble(&o.third) && ReadLong(&one);
+  return true;
 }
 
-bool BgrFile::WriteNode(double x, double y, double z, bool flowFirst, bool flowSecond) {
-  bool ok = WriteTag("<node>") && WriteTag("<bgno>") && WriteTag("<vloc>") && WriteDouble(x) && WriteDouble(y) &&
-            WriteDouble(z);
+bool BgrFile::WriteNode(const NodeRecord& n, bool flowFirst, bool flowSecond) {
+  bool ok = WriteTag("<node>") && WriteTag("<bgno>") && WriteTag("<vloc>") && WriteDouble(n.x) && WriteDouble(n.y) &&
+            WriteDouble(n.z);
   if (flowFirst) ok = ok && WriteTag("<flow>") && WriteLong(1);
   if (flowSecond) ok = ok && WriteTag("<flow>") && WriteLong(2);
   return ok && WriteTag("<endo>");
@@ -175,16 +196,14 @@ bool BgrFile::WriteNodes(const TEXPOINTS& points, std::int32_t flowFirst, std::i
   bool ok = true;
   for (std::int32_t i = 0; i < points.count(); ++i) {
     const TEXPOINT& p = points[i];
-    ok = WriteNode(p.x, p.y, p.z, i == flowFirst, i == flowSecond) && ok;
+    ok = WriteNode({double(p.x), double(p.y), double(p.z)}, i == flowFirst, i == flowSecond) && ok;
   }
   return ok;
 }
 
-bool BgrFile::ReadNode(double* x, double* y, double* z) {
+bool BgrFile::ReadNode(NodeRecord& n) {
   if (!ReadTag("<node>") || !ReadTag("<bgno>") || !ReadTag("<vloc>")) return false;
-  ReadDouble(x);
-  ReadDouble(y);
-  ReadDouble(z);
+  ReadDouble(&n.x) && ReadDouble(&n.y) && ReadDouble(&n.z);
   std::int32_t mark;
   for (int i = 0; i < 2; ++i) {
     if (ReadTag("<flow>")) ReadLong(&mark);
@@ -193,31 +212,28 @@ bool BgrFile::ReadNode(double* x, double* y, double* z) {
   return true;
 }
 
-bool BgrFile::WriteEdge(std::int32_t from, std::int32_t to, std::int32_t width, std::int32_t type,
-                        std::int32_t packed, std::int32_t flags) {
-  if (type != 0 && type != 1) return false;
-  std::int32_t code = packed == 0 ? EncodeWidth(width) : packed;
+bool BgrFile::WriteEdge(const EdgeRecord& e) {
+  if (e.type != 0 && e.type != 1) return false;
+  std::int32_t code = e.packed == 0 ? EncodeWidth(e.width) : e.packed;
   auto word = static_cast<std::int32_t>(static_cast<std::uint32_t>(code) << 16 |
-                                        (static_cast<std::uint32_t>(flags) & 0xFFFFu));
-  return WriteTag("<edge>") && WriteLong(from) && WriteLong(to) && WriteTag("<bgno>") && WriteTag("<thck>") &&
-         WriteLong(word) && WriteTag("<type>") && WriteLong(type) && WriteTag("<endo>");
+                                        (static_cast<std::uint32_t>(e.flags) & 0xFFFFu));
+  return WriteTag("<edge>") && WriteLong(e.from) && WriteLong(e.to) && WriteTag("<bgno>") && WriteTag("<thck>") &&
+         WriteLong(word) && WriteTag("<type>") && WriteLong(e.type) && WriteTag("<endo>");
 }
 
-bool BgrFile::ReadEdge(std::int32_t* from, std::int32_t* to, std::int32_t* width, std::int32_t* type,
-                       std::int32_t* packed, std::int32_t* flags) {
+bool BgrFile::ReadEdge(EdgeRecord& e) {
   if (!ReadTag("<edge>")) return false;
-  ReadLong(from);
-  ReadLong(to);
+  ReadLong(&e.from) && ReadLong(&e.to);
   ReadTag("<bgno>");
   ReadTag("<thck>");
   std::int32_t word = 0;
   if (ReadLong(&word)) {
-    *packed = word / 65536;
-    *flags = word & 0xFFFF;
-    *width = DecodeWidth(*packed);
+    e.packed = word / 65536;  // the signed division keeps a negative code
+    e.flags = word & 0xFFFF;
+    e.width = DecodeWidth(e.packed);
   }
   ReadTag("<type>");
-  ReadLong(type);
+  ReadLong(&e.type);
   ReadTag("<nply>");
   ReadTag("<endo>");
   return true;

@@ -2,24 +2,51 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "frame/report.h"
+#include "frame/file_access.h"
 
 namespace bgr {
 
+class RunContext;
 class TEXPOINTS;
 
-std::int32_t EncodeWidth(std::int32_t width);  // clamps to 25..500 ft
+// The width code in the high half of an edge's thickness word: feet clamped to
+// 25..500, 128 code steps to 50 ft, above a base of 16840.
+inline constexpr std::int32_t kWidthCodeBase = 16840;
+inline constexpr std::int32_t kWidthCodeSteps = 128;
+inline constexpr std::int32_t kWidthCodeFeet = 50;
+inline constexpr std::int32_t kMinWidth = 25;
+inline constexpr std::int32_t kMaxWidth = 500;
+
+std::int32_t EncodeWidth(std::int32_t width);
 std::int32_t DecodeWidth(std::int32_t code);
+
+// The values of one record. A record cut short by the end of the file leaves
+// the fields it lacks as they were, so a reader keeps one record per list and
+// every list starts from zeros: the same bytes always give the same values.
+struct OriginRecord {
+  double latitude = 0, longitude = 0, third = 0;
+};
+struct NodeRecord {
+  double x = 0, y = 0, z = 0;
+};
+struct EdgeRecord {
+  std::int32_t from = 0, to = 0, width = 0, type = 0, packed = 0, flags = 0;
+};
 
 class BgrFile {
  public:
   bool IsOpen() const { return static_cast<bool>(stream_); }
-  bool OpenRead(std::string_view name);
-  bool OpenWrite(std::string_view name);
-  bool Close();
+  bool OpenRead(RunContext& ctx, std::string_view name);
+  bool OpenWrite(RunContext& ctx, std::string_view name);
+  // False, with an error line in the report, when a written file didn't reach
+  // the disk whole.
+  [[nodiscard]] bool Close();
+  // Closes without a word: for a file that is given up anyway.
+  void Abandon();
 
   bool WriteTag(std::string_view text);
   // True when the tag and its zero come next; otherwise the stream stays put.
@@ -31,15 +58,14 @@ class BgrFile {
   bool ReadFloat(float* value);
   bool ReadDouble(double* value);
 
-  bool WriteOrigin(double latitude, double longitude, double third);
-  bool ReadOrigin(double* latitude, double* longitude, double* third);
-  bool WriteNode(double x, double y, double z, bool flowFirst, bool flowSecond);
+  bool WriteOrigin(const OriginRecord& origin);
+  // True when the origin record is there, also when the file cuts it short.
+  bool ReadOrigin(OriginRecord& origin);
+  bool WriteNode(const NodeRecord& node, bool flowFirst = false, bool flowSecond = false);
   bool WriteNodes(const TEXPOINTS& points, std::int32_t flowFirst, std::int32_t flowSecond);
-  bool ReadNode(double* x, double* y, double* z);
-  bool WriteEdge(std::int32_t from, std::int32_t to, std::int32_t width, std::int32_t type, std::int32_t packed,
-                 std::int32_t flags);
-  bool ReadEdge(std::int32_t* from, std::int32_t* to, std::int32_t* width, std::int32_t* type, std::int32_t* packed,
-                std::int32_t* flags);
+  bool ReadNode(NodeRecord& node);
+  bool WriteEdge(const EdgeRecord& edge);
+  bool ReadEdge(EdgeRecord& edge);
 
   long Tell() const;
   bool Seek(long position);
@@ -54,6 +80,8 @@ class BgrFile {
   void ResetWindow(long start);
 
   std::int32_t writing_ = 0;
+  RunContext* context_ = nullptr;
+  std::string name_;
   Stream stream_;
   std::vector<unsigned char> window_;
   long windowStart_ = 0;

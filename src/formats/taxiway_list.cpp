@@ -4,25 +4,25 @@
 #include <cstring>
 
 #include "formats/bgr_file.h"
+#include "frame/int32_math.h"
 #include "frame/line_reader.h"
+#include "frame/run_context.h"
 #include "frame/text.h"
 
 namespace bgr {
 namespace {
 
-bool g_tooManyPointsReported = false;
+constexpr std::int32_t kMaxPlyCorners = 255;
+constexpr std::int32_t kManyPlyCorners = 128;  // from here on a polygon is reported
+constexpr int kShiftTries = 10;
 
 bool StartsWith(const std::string& line, std::string_view head) { return line.compare(0, head.size(), head) == 0; }
 
 }  // namespace
 
-void TaxiwayList::ResetReadPlyWarning() { g_tooManyPointsReported = false; }
-
-TaxiwayList::TaxiwayList() : bgrName(kNoneBgr) { Reset(); }
-
-TaxiwayList::~TaxiwayList() {
-  ClosePly();
-  Save(bgrName);
+TaxiwayList::TaxiwayList(RunContext& ctx) : bgrName(kNoneBgr), ctx_(ctx) {
+  points.Attach(&ctx);
+  Reset();
 }
 
 void TaxiwayList::Reset() {
@@ -30,7 +30,7 @@ void TaxiwayList::Reset() {
   edgeCount = 0;
   shiftX = 0;
   shiftZ = 0;
-  state = 0;
+  state = NetState::kEmpty;
 }
 
 std::int32_t TaxiwayList::SetRefCell(const RefCell& cell) {
@@ -41,30 +41,30 @@ std::int32_t TaxiwayList::SetRefCell(const RefCell& cell) {
 std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
   std::int32_t result = 0;
   BgrFile file;
-  if (FileExists(path) && file.OpenRead(path)) {
-    double third = 0;
-    file.ReadOrigin(&originLat, &originLon, &third);
+  if (FileExists(ctx_, path) && file.OpenRead(ctx_, path)) {
+    OriginRecord origin{originLat, originLon, 0};
+    file.ReadOrigin(origin);
+    originLat = origin.latitude;
+    originLon = origin.longitude;
     auto table = points.EditAll();
     std::int32_t n = 0;
-    double x, y, z;
-    while (n < points.capacity() && file.ReadNode(&x, &y, &z)) {
-      table[static_cast<std::size_t>(n++)] = TEXPOINT{TruncToLong(x), TruncToLong(y), TruncToLong(z)};
+    NodeRecord node;
+    while (n < points.capacity() && file.ReadNode(node)) {
+      table[static_cast<std::size_t>(n++)] = TEXPOINT{TruncToLong(node.x), TruncToLong(node.y), TruncToLong(node.z)};
     }
     points.SetCount(n);
     edgeCount = 0;
-    std::int32_t packed = 0;
-    while (edgeCount < kMaxEdges) {
-      TaxiwayEdge& e = edges[static_cast<std::size_t>(edgeCount)];
-      if (!file.ReadEdge(&e.start, &e.end, &e.width, &e.type, &packed, &e.flags)) break;
-      ++edgeCount;
+    EdgeRecord read;
+    while (edgeCount < kMaxEdges && file.ReadEdge(read)) {
+      edges[static_cast<std::size_t>(edgeCount++)] = TaxiwayEdge{read.from, read.to, read.width, read.type, read.flags};
     }
-    file.Close();
+    file.Abandon();
     result = 1;
-    state = 1;
+    state = NetState::kOpen;
   }
   plyName = std::string(path);
   SetExtension(plyName, "PLY");
-  const char* mode = updatePly == 0 ? "r" : (FileExists(plyName) ? "a" : "w");
+  const char* mode = updatePly == 0 ? "r" : (FileExists(ctx_, plyName) ? "a" : "w");
   OpenPly(mode);
   return result;
 }
@@ -76,8 +76,8 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     return 0;
   }
   BgrFile file;
-  file.OpenWrite(path);
-  file.WriteOrigin(originLat, originLon, 0.0);
+  file.OpenWrite(ctx_, path);
+  file.WriteOrigin({originLat, originLon, 0.0});
   file.WriteNodes(points, -1, -1);
   for (std::int32_t i = 0; i < edgeCount; ++i) {
     const TaxiwayEdge& e = edges[static_cast<std::size_t>(i)];
@@ -87,18 +87,18 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
       const TEXPOINT& a = points[e.start];
       if (a.Equals(points[e.end].x, points[e.end].y, points[e.end].z)) continue;
     }
-    file.WriteEdge(e.start, e.end, e.width, e.type, 0, e.flags);
+    file.WriteEdge({e.start, e.end, e.width, e.type, 0, e.flags});
   }
-  file.Close();
+  bool written = file.Close();
   Reset();
-  return 1;
+  return written ? 1 : 0;
 }
 
 bool TaxiwayList::OpenPly(std::string_view mode) {
   ClosePly();
-  plyFile = WrapFileOpen(plyName, mode);
+  plyFile = WrapFileOpen(ctx_, plyName, mode);
   if (!plyFile) {
-    Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", plyName);
+    ctx_.Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", plyName);
   } else if (!mode.empty() && mode[0] == 'w') {
     std::fprintf(plyFile.get(), "ORG %lf %lf\n", originLat, originLon);
   }
@@ -106,7 +106,10 @@ bool TaxiwayList::OpenPly(std::string_view mode) {
 }
 
 std::int32_t TaxiwayList::ClosePly() {
-  if (plyFile) WrapFileClose(plyFile);
+  if (plyFile && !WrapFileClose(plyFile)) {
+    ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, plyFile.error());
+    return 0;
+  }
   return 1;
 }
 
@@ -120,19 +123,19 @@ bool TaxiwayList::ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift) {
   tex.count = 0;
   std::string line;
   if (plyFile) {
-    while (tex.count < 255) {
+    while (tex.count < kMaxPlyCorners) {
       if (!ReadLimitedLine(plyFile.get(), line)) return false;
       int x = 0, z = 0;
       if (std::sscanf(line.c_str(), "POI %d %d", &x, &z) == 2) {
         std::int32_t before = pts.count();
         bool warned = false;
-        for (int attempt = 0; attempt < 10; ++attempt) {
+        for (int attempt = 0; attempt < kShiftTries; ++attempt) {
           std::int32_t index = pts.Add(x, 0, z, 0, nullptr);
           tex.verts[static_cast<std::size_t>(tex.count)].point = index;
           if (shift >= 0 || pts.count() > before) break;
           if (!warned) {
             warned = true;
-            Report(">WARNING:TaxiwayList::ReadPly() shifting points");
+            ctx_.Report(">WARNING:TaxiwayList::ReadPly() shifting points");
           }
           if (attempt % 2 == 0) {
             x = WrapAdd(x, 1);
@@ -148,9 +151,9 @@ bool TaxiwayList::ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift) {
       }
     }
   }
-  if (tex.count >= 128 && !g_tooManyPointsReported) {
-    g_tooManyPointsReported = true;
-    Report("TaxiwayList::ReadPly - too many points %d %ld");
+  if (tex.count >= kManyPlyCorners && !ctx_.once.plyTooManyPoints) {
+    ctx_.once.plyTooManyPoints = true;
+    ctx_.Report("TaxiwayList::ReadPly - too many points %d %ld");
   }
   return tex.count > 0;
 }
@@ -188,13 +191,13 @@ std::int32_t TaxiwayList::WritePlyPoint(double x, double, double z) {
     ToPlyCoordinates(x, z, &px, &pz);
     std::fprintf(plyFile.get(), "POI %d %d\n", px, pz);
   }
-  state = 4;
+  state = NetState::kPolygon;
   return 1;
 }
 
 std::int32_t TaxiwayList::EndPlyPolygon(std::string_view name) {
-  if (state == 4 && plyFile) std::fprintf(plyFile.get(), "PLY \"%s\"\n", std::string(name).c_str());
-  state = 1;
+  if (state == NetState::kPolygon && plyFile) std::fprintf(plyFile.get(), "PLY \"%s\"\n", std::string(name).c_str());
+  state = NetState::kOpen;
   return 1;
 }
 
@@ -210,7 +213,7 @@ std::int32_t TaxiwayList::WritePlyLight(std::int32_t kind, double x1, double, do
       std::fprintf(plyFile.get(), "LGT %d %d %d %d %d %d\n", kind, ax, az, bx, bz, count);
     }
   }
-  state = 1;
+  state = NetState::kOpen;
   return 1;
 }
 

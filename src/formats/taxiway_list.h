@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "frame/report.h"
+#include "frame/file_access.h"
 #include "geometry/ref_cell.h"
 #include "geometry/texpoints.h"
 
@@ -23,13 +23,18 @@ struct TaxiwayEdge {
 
 inline constexpr const char* kNoneBgr = "DATA\\NONE.BGR";
 
+class RunContext;
+
+// What the network is doing; only kEmpty and kPolygon are ever tested.
+enum class NetState : std::int32_t { kEmpty = 0, kOpen = 1, kPenPlaced = 2, kLineDrawn = 3, kPolygon = 4 };
+
 class TaxiwayList {
  public:
   static constexpr std::int32_t kMaxEdges = 6000;
   static constexpr std::int32_t kMaxPoints = 12000;
 
-  TaxiwayList();
-  ~TaxiwayList();
+  // Nothing is saved on destruction: an owner that built a network saves it.
+  explicit TaxiwayList(RunContext& ctx);
   TaxiwayList(const TaxiwayList&) = delete;
   TaxiwayList& operator=(const TaxiwayList&) = delete;
 
@@ -52,15 +57,12 @@ class TaxiwayList {
   std::int32_t WritePlyLight(std::int32_t kind, double x1, double y1, double z1, double x2, double y2, double z2,
                              std::int32_t count);
 
-  // Tests and the process-wide warning of ReadPly.
-  static void ResetReadPlyWarning();
-
   std::string plyName;
   Stream plyFile;
   double shiftZ = 0;
   double shiftX = 0;
   std::string bgrName;
-  std::int32_t state = 0;
+  NetState state = NetState::kEmpty;
   RefCell refCell;
   double originLat = 0;
   double originLon = 0;
@@ -68,6 +70,9 @@ class TaxiwayList {
   // One record past the last edge holds the pen of a script that draws.
   std::array<TaxiwayEdge, kMaxEdges + 1> edges{};
   TEXPOINTS points{kMaxPoints};
+
+ private:
+  RunContext& ctx_;
 };
 
 }  // namespace bgr

@@ -1,11 +1,22 @@
 #include "formats/tms_file.h"
 
-#include "frame/text.h"
+#include "frame/int32_math.h"
 
 namespace bgr {
+namespace {
+
+// The fixed words behind a polygon section's length, and those of a polygon
+// record behind its vertex count; no reader looks at them.
+constexpr std::int32_t kSectionWords[] = {20, 0x10000, 2, 0};
+constexpr std::int32_t kPolygonMark = 5;
+constexpr std::int32_t kPolygonWords[] = {0, 0xFFFF, 0, 0};
+constexpr std::int32_t kClosingWord = 0;
+
+}  // namespace
 
 bool TmsFile::Close() {
   EndSection();
+  state_ = TmsState::kNone;
   return file.Close();
 }
 
@@ -22,20 +33,20 @@ bool TmsFile::ReadHeader() {
 }
 
 bool TmsFile::BeginSection() {
-  if (sectionStart != 0) return false;
-  sectionStart = file.Tell();
+  if (sectionStart_ != 0) return false;
+  sectionStart_ = file.Tell();
   file.WriteLong(0);
   return true;
 }
 
 bool TmsFile::EndSection() {
-  if (sectionStart == 0) return false;
-  file.WriteLong(0);
+  if (sectionStart_ == 0) return false;
+  file.WriteLong(kClosingWord);
   long end = file.Tell();
-  file.Seek(sectionStart);
-  file.WriteLong(static_cast<std::int32_t>(end - sectionStart - 4));
+  file.Seek(sectionStart_);
+  file.WriteLong(static_cast<std::int32_t>(end - sectionStart_ - 4));
   file.Seek(end);
-  sectionStart = 0;
+  sectionStart_ = 0;
   return true;
 }
 
@@ -43,7 +54,7 @@ bool TmsFile::WriteTile() {
   if (!file.WriteTag("<tile>") || !file.WriteTag("<bgno>") || !file.WriteTag("<indx>")) return false;
   file.WriteLong(tileX);
   file.WriteLong(tileZ);
-  state = 1;
+  state_ = TmsState::kTile;
   return true;
 }
 
@@ -56,40 +67,37 @@ bool TmsFile::WritePointList() {
 
 bool TmsFile::WritePolygonRecord() {
   if (polygon.count < 3 || polygon.count > TEXTURE::kMaxVerts) return false;
-  bool ok = file.WriteLong(5) && file.WriteLong(polygon.count) && file.WriteLong(0) && file.WriteLong(0xFFFF) &&
-            file.WriteLong(0) && file.WriteLong(0);
+  bool ok = file.WriteLong(kPolygonMark) && file.WriteLong(polygon.count);
+  for (std::int32_t word : kPolygonWords) ok = ok && file.WriteLong(word);
   for (std::int32_t i = 0; i < polygon.count; ++i) ok = file.WriteLong(polygon.verts[i].point) && ok;
   return ok;
 }
 
-bool TmsFile::WritePolygonSection(std::string_view tag, std::int32_t sectionState) {
-  if (state != 1 && state != sectionState) {
-    state = 1;
+bool TmsFile::WritePolygonSection(std::string_view tag, TmsState section) {
+  if (state_ != TmsState::kTile && state_ != section) {
+    state_ = TmsState::kTile;
     EndSection();
   }
-  if (state == 1 && file.WriteTag(tag)) {
+  if (state_ == TmsState::kTile && file.WriteTag(tag)) {
     BeginSection();
-    file.WriteLong(20);
-    file.WriteLong(0x10000);
-    file.WriteLong(2);
-    file.WriteLong(0);
+    for (std::int32_t word : kSectionWords) file.WriteLong(word);
     WritePointList();
-    state = sectionState;
+    state_ = section;
   }
-  if (state != sectionState) return false;
+  if (state_ != section) return false;
   return WritePolygonRecord();
 }
 
 bool TmsFile::WriteLite() {
-  if (state != 1 && state != 5) {
-    state = 1;
+  if (state_ != TmsState::kTile && state_ != TmsState::kLite) {
+    state_ = TmsState::kTile;
     EndSection();
   }
-  if (state == 1 && file.WriteTag("<lite>")) {
+  if (state_ == TmsState::kTile && file.WriteTag("<lite>")) {
     BeginSection();
-    state = 5;
+    state_ = TmsState::kLite;
   }
-  if (state != 5) return false;
+  if (state_ != TmsState::kLite) return false;
   std::int32_t n = points.count();
   if (n < 0 || n > points.capacity()) n = 0;
   if (n != 0) {
@@ -108,12 +116,12 @@ bool TmsFile::WriteLite() {
 }
 
 bool TmsFile::WriteTileEnd() {
-  if (state != 0 && state != 1) {
-    state = 1;
+  if (state_ != TmsState::kNone && state_ != TmsState::kTile) {
+    state_ = TmsState::kTile;
     EndSection();
   }
-  if (state == 1 && file.WriteTag("<endo>")) {
-    state = 0;
+  if (state_ == TmsState::kTile && file.WriteTag("<endo>")) {
+    state_ = TmsState::kNone;
     return true;
   }
   return false;
@@ -123,15 +131,16 @@ bool TmsFile::ReadTile() {
   if (!file.ReadTag("<tile>") || !file.ReadTag("<bgno>") || !file.ReadTag("<indx>")) return false;
   file.ReadLong(&tileX);
   file.ReadLong(&tileZ);
-  state = 1;
+  state_ = TmsState::kTile;
   return true;
 }
 
+// A word that doesn't fit is given back by stepping four bytes back from where
+// the read left the stream, also when the end of the file cut it short.
 bool TmsFile::CheckWord(std::int32_t value) {
-  long at = file.Tell();
   std::int32_t word = 0;
   if (file.ReadLong(&word) && word == value) return true;
-  file.Seek(at);
+  file.Seek(file.Tell() - 4);
   return false;
 }
 
@@ -151,7 +160,7 @@ void TmsFile::ReadPointList() {
 
 bool TmsFile::ReadPolygonRecord() {
   polygon.count = 0;
-  if (!CheckWord(5)) return false;
+  if (!CheckWord(kPolygonMark)) return false;
   std::int32_t n = 0;
   file.ReadLong(&n);
   if (n < 0 || n > TEXTURE::kMaxVerts) return false;
@@ -162,27 +171,27 @@ bool TmsFile::ReadPolygonRecord() {
   return polygon.count > 0;
 }
 
-bool TmsFile::ReadPolygonSection(std::string_view tag, std::int32_t sectionState) {
-  if (state == 1 && file.ReadTag(tag)) {
+bool TmsFile::ReadPolygonSection(std::string_view tag, TmsState section) {
+  if (state_ == TmsState::kTile && file.ReadTag(tag)) {
     std::int32_t word;
     for (int i = 0; i < 5; ++i) file.ReadLong(&word);
     ReadPointList();
-    state = sectionState;
+    state_ = section;
   }
-  if (state != sectionState) return false;
+  if (state_ != section) return false;
   if (ReadPolygonRecord()) return true;
-  state = 1;
-  CheckWord(0);
+  state_ = TmsState::kTile;
+  CheckWord(kClosingWord);
   return false;
 }
 
 bool TmsFile::ReadLite() {
-  if (state == 1 && file.ReadTag("<lite>")) {
+  if (state_ == TmsState::kTile && file.ReadTag("<lite>")) {
     std::int32_t length;
     file.ReadLong(&length);
-    state = 5;
+    state_ = TmsState::kLite;
   }
-  if (state != 5) return false;
+  if (state_ != TmsState::kLite) return false;
   std::int32_t n = 0;
   file.ReadLong(&n);
   if (n < 0 || n > points.capacity()) n = 0;
@@ -198,15 +207,15 @@ bool TmsFile::ReadLite() {
   lightStep = 0;
   if (n > 1) file.ReadFloat(&lightStep);
   if (n == 0) {
-    state = 1;
+    state_ = TmsState::kTile;
     return false;
   }
   return true;
 }
 
 bool TmsFile::ReadTileEnd() {
-  if (state == 1 && file.ReadTag("<endo>")) {
-    state = 0;
+  if (state_ == TmsState::kTile && file.ReadTag("<endo>")) {
+    state_ = TmsState::kNone;
     return true;
   }
   return false;

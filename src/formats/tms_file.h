@@ -11,41 +11,40 @@
 
 namespace bgr {
 
+// Which part of the file is open: none, a tile, or one of its four sections.
+enum class TmsState : std::int32_t { kNone = 0, kTile = 1, kPave = 2, kEdmk = 3, kCntr = 4, kLite = 5 };
+
 class TmsFile {
  public:
-  bool OpenWrite(std::string_view name) { return file.OpenWrite(name); }
-  bool OpenRead(std::string_view name) { return file.OpenRead(name); }
-  bool Close();
-  bool WriteOrigin(double latitude, double longitude, double third) {
-    return file.WriteOrigin(latitude, longitude, third);
-  }
-  bool ReadOrigin(double* latitude, double* longitude, double* third) {
-    return file.ReadOrigin(latitude, longitude, third);
-  }
+  bool OpenWrite(RunContext& ctx, std::string_view name) { return file.OpenWrite(ctx, name); }
+  bool OpenRead(RunContext& ctx, std::string_view name) { return file.OpenRead(ctx, name); }
+  [[nodiscard]] bool Close();
+  bool WriteOrigin(const OriginRecord& origin) { return file.WriteOrigin(origin); }
+  bool ReadOrigin(OriginRecord& origin) { return file.ReadOrigin(origin); }
   bool WriteHeader();
   bool ReadHeader();
 
   bool WriteTile();
-  bool WritePave() { return WritePolygonSection("<pave>", 2); }
-  bool WriteEdmk() { return WritePolygonSection("<edmk>", 3); }
-  bool WriteCntr() { return WritePolygonSection("<cntr>", 4); }
+  bool WritePave() { return WritePolygonSection("<pave>", TmsState::kPave); }
+  bool WriteEdmk() { return WritePolygonSection("<edmk>", TmsState::kEdmk); }
+  bool WriteCntr() { return WritePolygonSection("<cntr>", TmsState::kCntr); }
   bool WriteLite();
   bool WriteTileEnd();
 
   bool ReadTile();
-  bool ReadPave() { return ReadPolygonSection("<pave>", 2); }
-  bool ReadEdmk() { return ReadPolygonSection("<edmk>", 3); }
-  bool ReadCntr() { return ReadPolygonSection("<cntr>", 4); }
+  bool ReadPave() { return ReadPolygonSection("<pave>", TmsState::kPave); }
+  bool ReadEdmk() { return ReadPolygonSection("<edmk>", TmsState::kEdmk); }
+  bool ReadCntr() { return ReadPolygonSection("<cntr>", TmsState::kCntr); }
   bool ReadLite();
   bool ReadTileEnd();
 
-  long sectionStart = 0;
+  TmsState state() const { return state_; }
+
   BgrFile file;
   std::int32_t tilesX = 8;
   std::int32_t tilesZ = 8;
   float tileFeet = 1000.0f;
   std::array<double, 3> lowl{};
-  std::int32_t state = 0;
   std::int32_t tileX = 0;
   std::int32_t tileZ = 0;
   std::int32_t lightType = 0;
@@ -54,11 +53,14 @@ class TmsFile {
   TEXTURE polygon;
 
  private:
+  long sectionStart_ = 0;  // where the open section's length word stands; 0 when none is open
+  TmsState state_ = TmsState::kNone;
+
   bool BeginSection();
   bool EndSection();
   bool CheckWord(std::int32_t value);
-  bool WritePolygonSection(std::string_view tag, std::int32_t sectionState);
-  bool ReadPolygonSection(std::string_view tag, std::int32_t sectionState);
+  bool WritePolygonSection(std::string_view tag, TmsState section);
+  bool ReadPolygonSection(std::string_view tag, TmsState section);
   bool WritePointList();
   bool WritePolygonRecord();
   void ReadPointList();

@@ -6,8 +6,16 @@
 namespace bgr {
 namespace {
 
-bool Prefix(const char* arg, const char* option) { return std::strncmp(arg, option, 3) == 0; }
-bool Exact(const char* arg, const char* option) { return std::strcmp(arg, option) == 0; }
+// A prefix test compares the first three characters and hands on the rest; an
+// exact test the whole argument; a scan test lets the row's own sscanf of the
+// whole argument decide (EOF counts as taken).
+enum class Test { kPrefix, kExact, kScan };
+
+struct OptionRow {
+  const char* text;
+  Test test;
+  bool (*apply)(const char* value, Settings& s);
+};
 
 // "%d:%d" into vmin, vmax; fields that don't scan leave the setting as it was.
 void ScanRange(const char* rest, Settings& s) {
@@ -18,90 +26,97 @@ void ScanRange(const char* rest, Settings& s) {
   s.vmax = vmax;
 }
 
+bool SetMode(Settings& s, Mode mode) {
+  s.mode = mode;
+  return true;
+}
+
+constexpr OptionRow kOptions[] = {
+    {"-ls", Test::kPrefix,
+     [](const char* v, Settings& s) {
+       ScanRange(v, s);
+       s.printValues = 1;
+       return SetMode(s, Mode::List);
+     }},
+    {"-de", Test::kPrefix,
+     [](const char* v, Settings& s) {
+       ScanRange(v, s);
+       return SetMode(s, Mode::DeleteEdges);
+     }},
+    {"-gr", Test::kPrefix,
+     [](const char* v, Settings& s) {
+       unsigned ignored = 0;  // a number that nothing reads
+       std::sscanf(v, "%x", &ignored);
+       return SetMode(s, Mode::Graph);
+     }},
+    {"-mg", Test::kPrefix, [](const char*, Settings& s) { return SetMode(s, Mode::Merge); }},
+    {"-mv", Test::kPrefix,
+     [](const char* v, Settings& s) {
+       int vmin = s.vmin;
+       int vmax = s.vmax;
+       std::sscanf(v, "%lf:%lf:%d:%d", &s.north, &s.east, &vmin, &vmax);
+       s.vmin = vmin;
+       s.vmax = vmax;
+       return SetMode(s, Mode::Move);
+     }},
+    {"-pg", Test::kPrefix, [](const char*, Settings& s) { return SetMode(s, Mode::Purge); }},
+    {"-pr", Test::kScan,
+     [](const char* arg, Settings& s) {
+       unsigned value = static_cast<unsigned>(s.printValues);
+       if (std::sscanf(arg, "-pr%x", &value) == 0) return false;
+       s.printValues = static_cast<std::int32_t>(value);
+       return true;
+     }},
+    {"-rs", Test::kPrefix,
+     [](const char* v, Settings& s) {
+       s.textName = v;
+       return SetMode(s, Mode::EditScript);
+     }},
+    {"-te", Test::kPrefix,
+     [](const char* v, Settings& s) {
+       s.textName = v;
+       return SetMode(s, Mode::Script);
+     }},
+    {"-ti", Test::kScan,
+     [](const char* arg, Settings& s) {
+       int column = s.refCell.column;
+       int band = s.refCell.band;
+       if (std::sscanf(arg, "-ti%03d%03d", &column, &band) == 0) return false;
+       s.refCell.column = column;
+       s.refCell.band = band;
+       return true;
+     }},
+    {"-tm", Test::kExact, [](const char*, Settings& s) { return SetMode(s, Mode::TmsGeneration); }},
+    {"-txp", Test::kExact,
+     [](const char*, Settings& s) {
+       s.txpLevel = 0;
+       return SetMode(s, Mode::TxpExport);
+     }},
+    {"-txp0", Test::kExact,
+     [](const char*, Settings& s) {
+       s.txpLevel = 1;
+       return SetMode(s, Mode::TxpExport);
+     }},
+    {"-txd", Test::kExact, [](const char*, Settings& s) { return SetMode(s, Mode::TxdExport); }},
+};
+
+constexpr std::size_t kPrefixLength = 3;
+
 }  // namespace
 
 bool ScanOption(const char* arg, Settings& s) {
-  if (Prefix(arg, "-ls")) {
-    ScanRange(arg + 3, s);
-    s.printValues = 1;
-    s.mode = Mode::List;
-    return true;
-  }
-  if (Prefix(arg, "-de")) {
-    ScanRange(arg + 3, s);
-    s.mode = Mode::DeleteEdges;
-    return true;
-  }
-  if (Prefix(arg, "-gr")) {
-    unsigned ignored = 0;
-    std::sscanf(arg + 3, "%x", &ignored);
-    s.mode = Mode::Graph;
-    return true;
-  }
-  if (Prefix(arg, "-mg")) {
-    s.mode = Mode::Merge;
-    return true;
-  }
-  if (Prefix(arg, "-mv")) {
-    double north = s.north;
-    double east = s.east;
-    int vmin = s.vmin;
-    int vmax = s.vmax;
-    std::sscanf(arg + 3, "%lf:%lf:%d:%d", &north, &east, &vmin, &vmax);
-    s.north = north;
-    s.east = east;
-    s.vmin = vmin;
-    s.vmax = vmax;
-    s.mode = Mode::Move;
-    return true;
-  }
-  if (Prefix(arg, "-pg")) {
-    s.mode = Mode::Purge;
-    return true;
-  }
-  {
-    unsigned value = static_cast<unsigned>(s.printValues);
-    if (std::sscanf(arg, "-pr%x", &value) != 0) {
-      s.printValues = static_cast<std::int32_t>(value);
-      return true;
+  for (const OptionRow& row : kOptions) {
+    switch (row.test) {
+      case Test::kPrefix:
+        if (std::strncmp(arg, row.text, kPrefixLength) == 0) return row.apply(arg + kPrefixLength, s);
+        break;
+      case Test::kExact:
+        if (std::strcmp(arg, row.text) == 0) return row.apply(arg, s);
+        break;
+      case Test::kScan:
+        if (row.apply(arg, s)) return true;
+        break;
     }
-  }
-  if (Prefix(arg, "-rs")) {
-    s.textName = arg + 3;
-    s.mode = Mode::EditScript;
-    return true;
-  }
-  if (Prefix(arg, "-te")) {
-    s.textName = arg + 3;
-    s.mode = Mode::Script;
-    return true;
-  }
-  {
-    int column = s.refCell.column;
-    int band = s.refCell.band;
-    if (std::sscanf(arg, "-ti%03d%03d", &column, &band) != 0) {
-      s.refCell.column = column;
-      s.refCell.band = band;
-      return true;
-    }
-  }
-  if (Exact(arg, "-tm")) {
-    s.mode = Mode::TmsGeneration;
-    return true;
-  }
-  if (Exact(arg, "-txp")) {
-    s.mode = Mode::TxpExport;
-    s.txpLevel = 0;
-    return true;
-  }
-  if (Exact(arg, "-txp0")) {
-    s.mode = Mode::TxpExport;
-    s.txpLevel = 1;
-    return true;
-  }
-  if (Exact(arg, "-txd")) {
-    s.mode = Mode::TxdExport;
-    return true;
   }
   return false;
 }

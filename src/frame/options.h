@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <string>
 
-#include "geometry/ref_cell.h"
-
 namespace bgr {
 
 enum class Mode : std::int32_t {
@@ -22,6 +20,13 @@ enum class Mode : std::int32_t {
   TmsGeneration = 11,
 };
 
+// The world cell that -ti restricts a script to; a column of -1 restricts nothing.
+struct CellChoice {
+  std::int32_t quarter = 0;
+  std::int32_t column = -1;
+  std::int32_t band = 0;
+};
+
 struct Settings {
   Mode mode = Mode::List;
   double north = 0.0;
@@ -31,7 +36,7 @@ struct Settings {
   std::string textName;
   std::int32_t txpLevel = 0;
   std::int32_t printValues = 0;
-  RefCell refCell = RefCell::Unrestricted();
+  CellChoice refCell;
 };
 
 // Tries one argument against the option table, first match wins; true when it

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "frame/text.h"
+#include "frame/int32_math.h"
 
 namespace bgr {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/text.h"
+#include "frame/int32_math.h"
 #include "geometry/ref_cell.h"
 
 namespace bgr {

@@ -3,14 +3,11 @@
 #include <algorithm>
 #include <new>
 
-#include "frame/report.h"
-#include "frame/text.h"
+#include "frame/int32_math.h"
+#include "frame/run_context.h"
 
 namespace bgr {
 namespace {
-
-bool g_tableFullReported = false;
-bool g_listAllocReported = false;
 
 // Size of a 32-bit wrapped difference, as a true magnitude (2^31 for the lowest long).
 std::int64_t WrappedDistance(std::int32_t a, std::int32_t b) {
@@ -35,8 +32,6 @@ bool WithinTolerance(const TEXPOINT& p, std::int32_t x, std::int32_t y, std::int
   return WrappedDistance(p.x, x) <= tolerance && WrappedDistance(p.y, y) <= tolerance &&
          WrappedDistance(p.z, z) <= tolerance;
 }
-
-void TEXPOINTS::ResetTableFullReport() { g_tableFullReported = false; }
 
 void TEXPOINTS::SetSize(std::int32_t capacity) {
   if (capacity < 0) capacity = 0;
@@ -150,9 +145,9 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
     }
   }
   if (count_ >= capacity_) {
-    if (!g_tableFullReported) {
-      g_tableFullReported = true;
-      Report("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
+    if (context_ && !context_->once.pointTableFull) {
+      context_->once.pointTableFull = true;
+      context_->Report("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
     }
     return 0;
   }
@@ -194,9 +189,9 @@ std::int32_t TextureList::Add(const TEXTURE& texture) {
     nodes_.push_back(BitAndTex{texture.count, texture.normalX, texture.normalY, texture.normalZ, texture.attr,
                                std::vector<TexVertex>(texture.verts.begin(), texture.verts.begin() + n)});
   } catch (const std::bad_alloc&) {
-    if (!g_listAllocReported) {
-      g_listAllocReported = true;
-      Report("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
+    if (context_ && !context_->once.polygonAllocFailed) {
+      context_->once.polygonAllocFailed = true;
+      context_->Report("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
              static_cast<std::int32_t>(n * sizeof(TexVertex)));
     }
     return 0;

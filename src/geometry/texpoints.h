@@ -11,6 +11,8 @@
 
 namespace bgr {
 
+class RunContext;
+
 struct TEXPOINT {
   std::int32_t x = 0;
   std::int32_t y = 0;
@@ -35,12 +37,17 @@ class TEXPOINTS {
 
   void SetSize(std::int32_t capacity);
   void Copy(const TEXPOINTS& other);
+  // Table-full reports go to the run's report; a table of no run stays silent.
+  void Attach(RunContext* ctx) { context_ = ctx; }
   // Number of the point within tolerance of (x, y, z), or a new point; 0 and a
   // report (once a run) when the table is full.
   std::int32_t Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
                    std::int32_t* counts = nullptr);
 
   std::int32_t base = 0;
+  // The plain walk from point 0 that the index must agree with; -1 for no match.
+  std::int32_t FindByWalk(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) const;
+
   std::int32_t count() const { return count_; }
   std::int32_t capacity() const { return capacity_; }
   // Owners fill or empty the table directly within its capacity.
@@ -52,9 +59,6 @@ class TEXPOINTS {
   std::span<TEXPOINT> EditAll();
   std::span<const TEXPOINT> points() const { return {points_.data(), static_cast<std::size_t>(count_)}; }
 
-  // The table-full report comes once a run; tests that need it again reset it.
-  static void ResetTableFullReport();
-
  private:
   static constexpr int kCellShift = 4;  // cells of 16 units on each axis
   static constexpr std::int32_t kIndexedTolerance = 64;
@@ -62,10 +66,10 @@ class TEXPOINTS {
   static std::uint64_t CellKey(std::uint32_t cx, std::uint32_t cy, std::uint32_t cz);
   static std::uint64_t CellOf(const TEXPOINT& p);
   std::int32_t FindByIndex(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance);
-  std::int32_t FindByWalk(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) const;
   void Unindex(std::int32_t i);
   void Reindex();
 
+  RunContext* context_ = nullptr;
   std::int32_t count_ = 0;
   std::int32_t capacity_ = 0;
   std::vector<TEXPOINT> points_;
@@ -118,6 +122,7 @@ class TEXTURE {
 // Polygons of one tile and layer; read back with the one added last first.
 class TextureList {
  public:
+  void Attach(RunContext* ctx) { context_ = ctx; }
   std::int32_t Add(const TEXTURE& texture);
   const TEXTURE* First();
   const TEXTURE* Next();
@@ -130,15 +135,8 @@ class TextureList {
   };
   std::vector<BitAndTex> nodes_;  // in order of arrival; read from the back
   std::size_t cursor_ = 0;        // nodes still to read
+  RunContext* context_ = nullptr;
   TEXTURE scratch_;
-};
-
-inline constexpr int kLayers = 4;  // 0 pavement, 1 edge marks, 2 centre lines, 3 lights
-inline constexpr int kTilesPerSide = 8;
-
-struct TileRecord {
-  std::array<TEXPOINTS, kLayers> points;
-  std::array<TextureList, kLayers> polygons;
 };
 
 }  // namespace bgr

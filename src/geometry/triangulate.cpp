@@ -4,7 +4,7 @@
 #include <new>
 #include <vector>
 
-#include "frame/text.h"
+#include "frame/int32_math.h"
 #include "geometry/planar.h"
 #include "geometry/texpoints.h"
 #include "geometry/triangulate.h"

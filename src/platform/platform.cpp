@@ -1,5 +1,7 @@
 #include "platform/platform.h"
 
+#include "platform/path_text.h"
+
 #include <algorithm>
 #include <cctype>
 #include <chrono>
@@ -10,15 +12,6 @@ namespace fs = std::filesystem;
 
 namespace platform {
 namespace {
-
-bool EqualNoCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (std::toupper(static_cast<unsigned char>(a[i])) != std::toupper(static_cast<unsigned char>(b[i])))
-      return false;
-  }
-  return true;
-}
 
 bool Exists(const std::string& path) {
   std::error_code ec;
@@ -38,8 +31,6 @@ std::string FindNoCaseIn(const std::string& dir, std::string_view name) {
 }
 
 }  // namespace
-
-bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
 std::string NativePath(std::string_view path) {
   std::string result;
@@ -120,33 +111,9 @@ bool TruncateFile(std::string_view path, std::uint64_t size) {
   return !ec;
 }
 
-bool WildcardMatch(std::string_view pattern, std::string_view name) {
-  std::size_t p = 0, n = 0, starP = std::string_view::npos, starN = 0;
-  auto same = [](char a, char b) {
-    return std::toupper(static_cast<unsigned char>(a)) == std::toupper(static_cast<unsigned char>(b));
-  };
-  while (n < name.size()) {
-    if (p < pattern.size() && (pattern[p] == '?' || (pattern[p] != '*' && same(pattern[p], name[n])))) {
-      ++p;
-      ++n;
-    } else if (p < pattern.size() && pattern[p] == '*') {
-      starP = p++;
-      starN = n;
-    } else if (starP != std::string_view::npos) {
-      p = starP + 1;
-      n = ++starN;
-    } else {
-      return false;
-    }
-  }
-  while (p < pattern.size() && pattern[p] == '*') ++p;
-  return p == pattern.size();
-}
-
 std::vector<std::string> FindEntries(std::string_view pattern) {
-  std::size_t cut = pattern.find_last_of("\\/");
-  std::string_view dirText = cut == std::string_view::npos ? std::string_view{} : pattern.substr(0, cut + 1);
-  std::string_view namePattern = cut == std::string_view::npos ? pattern : pattern.substr(cut + 1);
+  std::string_view dirText = FolderPart(pattern);
+  std::string_view namePattern = FileNamePart(pattern);
   std::string dir = dirText.empty() ? std::string(".") : NativePath(dirText);
   std::vector<std::string> names;
   std::error_code ec;

@@ -10,8 +10,6 @@
 
 namespace platform {
 
-bool IsSeparator(char c);
-
 // A path text with '\' or '/' as native path; every component that exists on disk
 // under another case is taken as it stands there. Components that don't exist
 // stay as given, so new files are created with the name the user wrote.
@@ -30,9 +28,6 @@ bool MoveFile(std::string_view from, std::string_view to);
 
 // Cuts a file to its first 'size' bytes.
 bool TruncateFile(std::string_view path, std::uint64_t size);
-
-// '*' and '?' wildcards, compared ignoring case.
-bool WildcardMatch(std::string_view pattern, std::string_view name);
 
 // Names (without folder) of the entries in the pattern's folder that match the
 // pattern's last component, in name order.

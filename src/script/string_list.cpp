@@ -1,8 +1,6 @@
 #include "script/string_list.h"
 
-#include <cctype>
-
-#include "frame/report.h"
+#include "frame/run_context.h"
 #include "frame/text.h"
 #include "script/text_file.h"
 
@@ -12,19 +10,11 @@ namespace {
 constexpr std::size_t kMaxPrefix = 19;
 constexpr std::size_t kMaxEntryText = 4092;  // the entry's length lives in 12 bits
 
-// The one iteration of the process.
-struct Iteration {
-  const STRING_LIST* list = nullptr;
-  std::string prefix;
-  std::int32_t position = 0;
-};
-Iteration g_iteration;
-
 }  // namespace
 
 std::string STRING_LIST::Folded(std::string_view text) {
   std::string folded(text.substr(0, text.find('\0')));
-  for (char& c : folded) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  UpperCaseInPlace(folded);
   return folded;
 }
 
@@ -35,7 +25,7 @@ bool STRING_LIST::Create(std::int32_t bytes) {
   }
   Destroy();
   if (bytes <= 0) {
-    Report("%s%d STRING_LIST::Create(%ld) failed ", "", 0, bytes);
+    ctx_.Report("%s%d STRING_LIST::Create(%ld) failed ", "", 0, bytes);
     return false;
   }
   hasBlock_ = true;
@@ -68,7 +58,7 @@ std::int32_t STRING_LIST::Add(std::string_view text) {
   if (!(used_ + length + 3 < capacity_)) {
     if (warned_ == 0) {
       warned_ = 1;
-      Report("STRING_LIST::Add(%s) failed, %d %ld\n", text, 0, count());
+      ctx_.Report("STRING_LIST::Add(%s) failed, %d %ld\n", text, 0, count());
     }
     return -1;
   }
@@ -100,7 +90,7 @@ std::int32_t STRING_LIST::Find(std::string_view text, std::int32_t length, std::
 
 std::int32_t STRING_LIST::Load(std::string_view path) {
   TextFile file;
-  if (!file.OpenRead(path)) return -1;
+  if (!file.OpenRead(ctx_, path)) return -1;
   while (file.ReadLine()) {
     if (!file.line.empty()) Add(file.line);
   }
@@ -109,24 +99,26 @@ std::int32_t STRING_LIST::Load(std::string_view path) {
 }
 
 std::optional<std::string> STRING_LIST::First(std::string_view prefix, std::int32_t* index) {
-  g_iteration.list = this;
-  g_iteration.prefix = std::string(prefix.substr(0, kMaxPrefix));
-  g_iteration.position = 0;
-  return Next(index);
+  ListIteration& walk = ctx_.listIteration;
+  walk.list = this;
+  walk.prefix = std::string(prefix.substr(0, kMaxPrefix));
+  walk.position = 0;
+  return Next(ctx_, index);
 }
 
-std::optional<std::string> STRING_LIST::Next(std::int32_t* index) {
-  const STRING_LIST* list = g_iteration.list;
+std::optional<std::string> STRING_LIST::Next(RunContext& ctx, std::int32_t* index) {
+  ListIteration& walk = ctx.listIteration;
+  const STRING_LIST* list = walk.list;
   for (;;) {
-    std::int32_t position = g_iteration.position++;
+    std::int32_t position = walk.position++;
     std::string text = list ? list->Get(position) : std::string();
     if (text.empty()) {  // the end of the list, or an empty entry that stops the walk as well
       if (index) *index = -1;
       return std::nullopt;
     }
-    if (text.compare(0, g_iteration.prefix.size(), g_iteration.prefix) == 0) {
+    if (text.compare(0, walk.prefix.size(), walk.prefix) == 0) {
       if (index) *index = position;
-      return text.substr(g_iteration.prefix.size());
+      return text.substr(walk.prefix.size());
     }
   }
 }

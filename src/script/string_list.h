@@ -11,9 +11,11 @@
 
 namespace bgr {
 
+class RunContext;
+
 class STRING_LIST {
  public:
-  STRING_LIST() = default;
+  explicit STRING_LIST(RunContext& ctx) : ctx_(ctx) {}
   STRING_LIST(const STRING_LIST&) = delete;
   STRING_LIST& operator=(const STRING_LIST&) = delete;
   ~STRING_LIST() { Destroy(); }
@@ -27,10 +29,10 @@ class STRING_LIST {
   std::int32_t Find(std::string_view text, std::int32_t length, std::int32_t start) const;
   std::int32_t FindPrefix(std::string_view text, std::int32_t length) const { return Find(text, length, 0); }
   std::int32_t Load(std::string_view path);
-  // One iteration at a time over all lists: the entries that begin with prefix
-  // (case counts); each gives the text behind the prefix.
+  // One iteration at a time over all lists of a run: the entries that begin
+  // with prefix (case counts); each gives the text behind the prefix.
   std::optional<std::string> First(std::string_view prefix, std::int32_t* index);
-  static std::optional<std::string> Next(std::int32_t* index);
+  static std::optional<std::string> Next(RunContext& ctx, std::int32_t* index);
 
   std::int32_t count() const { return static_cast<std::int32_t>(entries_.size()); }
   std::int32_t used() const { return used_; }
@@ -40,6 +42,7 @@ class STRING_LIST {
  private:
   static std::string Folded(std::string_view text);
 
+  RunContext& ctx_;
   std::int32_t warned_ = 0;
   bool hasBlock_ = false;
   std::int32_t capacity_ = 0;

@@ -7,13 +7,13 @@
 
 namespace bgr {
 
-bool TextFile::Open(std::string_view name, std::string_view mode, std::int32_t kind) {
+bool TextFile::Open(RunContext& ctx, std::string_view name, std::string_view mode, std::int32_t kind) {
   Close();
   cursor = 0;
   lineStart = 0;
   lineNumber = 0;
   line.clear();
-  file = WrapFileOpen(name, mode);
+  file = WrapFileOpen(ctx, name, mode);
   openKind = file ? kind : 0;
   return IsOpen();
 }

@@ -5,15 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "frame/report.h"
+#include "frame/file_access.h"
 
 namespace bgr {
+
+class RunContext;
 
 class TextFile {
  public:
   bool IsOpen() const { return openKind != 0; }
-  bool Open(std::string_view name, std::string_view mode, std::int32_t kind);
-  bool OpenRead(std::string_view name) { return Open(name, "r", 1); }
+  bool Open(RunContext& ctx, std::string_view name, std::string_view mode, std::int32_t kind);
+  bool OpenRead(RunContext& ctx, std::string_view name) { return Open(ctx, name, "r", 1); }
   bool Close();
   std::int32_t ReadLine();
   bool SkipBlanks();

@@ -1,47 +1,48 @@
-#include <cstdio>
 #include <string>
 
-#include "frame/report.h"
+#include "formats/tag_stream.h"
+#include "frame/options.h"
+#include "frame/run_context.h"
 #include "platform/platform.h"
 #include "tools/commands.h"
-#include "tools/tag_stream.h"
 
 namespace bgr {
 
-int BgrDeleteEdges(std::string_view source, std::string_view destination, std::int32_t first, std::int32_t second,
-                   std::int32_t pv) {
-  CopyStreams files(source, destination);
-  Stream& in = files.in;
-  Stream& out = files.out;
-  std::FILE* dest = out.get();
-  auto position = [dest] { return dest ? std::ftell(dest) : 0L; };
-  long mark = 0;
+int BgrDeleteEdges(RunContext& ctx, const Settings& s, std::string_view source, std::string_view destination) {
+  CopyStreams files(ctx, source, destination);
+  OutputSink& out = ctx.console();
+  std::int32_t pv = s.printValues;
+  TagStream tags(out, files.in.get(), files.out.get(), pv);
+  long mark = 0;  // where the record being read begins in the copy
   std::string tag;
-  while (ScanTag(tag, in.get(), dest, pv)) {
+  while (tags.ScanTag(tag)) {
     if (tag != "<edge>") {
-      mark = position();  // where the next record begins
+      mark = tags.copied();
       continue;
     }
-    if (pv) std::printf("%s ", tag.c_str());
-    std::int32_t from = CopyLong(in.get(), dest, 0, 1, false, pv);
-    std::int32_t to = CopyLong(in.get(), dest, 0, 1, false, pv);
-    if (pv) std::printf("\n");
-    bool match = (from == first && (to == second || second == -1)) || (to == first && (from == second || second == -1));
+    if (pv) out.Printf("%s ", tag.c_str());
+    std::int32_t from = tags.CopyLong(0);
+    std::int32_t to = tags.CopyLong(0);
+    if (pv) out.Put('\n');
+    bool match = (from == s.vmin && (to == s.vmax || s.vmax == -1)) || (to == s.vmin && (from == s.vmax || s.vmax == -1));
     if (!match) {
-      mark = position();
+      mark = tags.copied();
       continue;
     }
-    std::printf("Deleted %d %d\n", from, to);
-    while (ScanTag(tag, in.get(), dest, pv) && tag != "<endo>") {
+    out.Printf("Deleted %d %d\n", from, to);
+    while (tags.ScanTag(tag) && tag != "<endo>") {
     }
-    if (dest) std::fseek(dest, mark, SEEK_SET);  // what follows overwrites the edge
+    tags.RewindCopy(mark);  // what follows overwrites the edge
   }
-  long end = position();
-  WrapFileClose(in);
-  WrapFileClose(out);
+  long end = tags.copied();
+  bool haveCopy = static_cast<bool>(files.out);
+  bool written = files.Close(ctx, destination);
   // no byte of a deleted record may stay behind the last write
-  if (dest) platform::TruncateFile(destination, static_cast<std::uint64_t>(end));
-  return files.ok;
+  if (written && haveCopy && !platform::TruncateFile(destination, static_cast<std::uint64_t>(end))) {
+    ctx.Report("BgrMove cannot write '%s': %s", destination, 0, 0, "the file cannot be cut to its new length");
+    written = false;
+  }
+  return written ? files.ok : 0;
 }
 
 }  // namespace bgr

@@ -2,40 +2,39 @@
 #include <cstring>
 
 #include "formats/bgr_file.h"
-#include "frame/report.h"
-#include "frame/text.h"
+#include "formats/replace_by_temp.h"
+#include "frame/int32_math.h"
+#include "frame/run_context.h"
+#include "geometry/node_table.h"
 #include "geometry/planar.h"
 #include "script/string_list.h"
 #include "tools/commands.h"
-#include "tools/node_table.h"
-#include "tools/replace_by_temp.h"
 
 namespace bgr {
 namespace {
 
-constexpr std::int32_t kEditListBytes = 10240;
+constexpr std::int32_t kEditListBytes = 10240;  // room for the lines of one script
 
 // The frame that every operation shares: the source, _TEMP_.BGR, the origin,
 // the operation's own work, and the swap.
 template <class Work>
-int EditPass(std::string_view file, Work work) {
+int EditPass(RunContext& ctx, std::string_view file, Work work) {
   BgrFile in, temp;
-  int ok = OpenSourceAndTemp(in, temp, file, "Bgr");
-  double lat = 0, lon = 0, third = 0;
-  in.ReadOrigin(&lat, &lon, &third);
-  temp.WriteOrigin(lat, lon, third);
+  int ok = OpenSourceAndTemp(ctx, in, temp, file, "Bgr");
+  OriginRecord origin;
+  in.ReadOrigin(origin);
+  temp.WriteOrigin(origin);
   work(in, temp);
-  in.Close();
-  temp.Close();
-  ReplaceByTemp(ok != 0, file);
-  return ok;
+  in.Abandon();
+  bool written = temp.Close();
+  return ReplaceByTemp(ctx, ok != 0 && written, file) ? 1 : 0;
 }
 
-struct EdgeRecord {
-  std::int32_t from = 0, to = 0, width = 0, type = 0, packed = 0, flags = 0;
-  bool Read(BgrFile& f) { return f.ReadEdge(&from, &to, &width, &type, &packed, &flags); }
-  void Write(BgrFile& f) const { f.WriteEdge(from, to, width, type, packed, flags); }
-};
+// Reads all nodes of the file into the table.
+void ReadAllNodes(BgrFile& in, NodeTable& nodes) {
+  NodeRecord node;
+  while (in.ReadNode(node)) insert_double_points(nodes, node.x, node.y, node.z);
+}
 
 bool Valid(const NodeTable& nodes, std::int32_t first, std::int32_t second) {
   return nodes.Contains(first) && nodes.Contains(second);
@@ -60,15 +59,14 @@ bool ScanCommand(const std::string& line, const char* head, const char* format, 
   return std::sscanf(line.c_str(), format, a, b, c) != 0;
 }
 
-}  // namespace
-
-int BgrReplaceEdges(std::string_view file, std::int32_t first, std::int32_t second, std::int32_t tolerance) {
+int BgrReplaceEdges(RunContext& ctx, std::string_view file, std::int32_t first, std::int32_t second,
+                    std::int32_t tolerance) {
   NodeTable nodes("Bgr cannot allocate points");
-  return EditPass(file, [&](BgrFile& in, BgrFile& out) {
-    double x, y, z;
-    while (in.ReadNode(&x, &y, &z)) {
-      out.WriteNode(x, y, z, false, false);
-      insert_double_points(nodes, x, y, z);
+  return EditPass(ctx, file, [&](BgrFile& in, BgrFile& out) {
+    NodeRecord node;
+    while (in.ReadNode(node)) {
+      out.WriteNode(node);
+      insert_double_points(nodes, node.x, node.y, node.z);
     }
     bool valid = Valid(nodes, first, second);
     IntLine line;
@@ -76,26 +74,26 @@ int BgrReplaceEdges(std::string_view file, std::int32_t first, std::int32_t seco
     auto near = [&](std::int32_t n) { return nodes.Contains(n) && NearLine(line, nodes[n], tolerance); };
     EdgeRecord edge;
     bool anyEdge = false;
-    while (edge.Read(in)) {
+    while (in.ReadEdge(edge)) {
       anyEdge = true;
       if (valid && near(edge.from) && near(edge.to)) continue;
-      edge.Write(out);
+      out.WriteEdge(edge);
     }
     if (valid && anyEdge) {
       // the new edge takes the values of the last edge read
       EdgeRecord chain = edge;
       chain.from = first;
       chain.to = second;
-      chain.Write(out);
+      out.WriteEdge(chain);
     }
   });
 }
 
-int BgrAlignNodes(std::string_view file, std::int32_t first, std::int32_t second, std::int32_t tolerance) {
+int BgrAlignNodes(RunContext& ctx, std::string_view file, std::int32_t first, std::int32_t second,
+                  std::int32_t tolerance) {
   NodeTable nodes("Bgr cannot allocate points");
-  return EditPass(file, [&](BgrFile& in, BgrFile& out) {
-    double x, y, z;
-    while (in.ReadNode(&x, &y, &z)) insert_double_points(nodes, x, y, z);
+  return EditPass(ctx, file, [&](BgrFile& in, BgrFile& out) {
+    ReadAllNodes(in, nodes);
     bool valid = Valid(nodes, first, second);
     IntLine line;
     if (valid) line = LineBetween(nodes, first, second);
@@ -108,19 +106,19 @@ int BgrAlignNodes(std::string_view file, std::int32_t first, std::int32_t second
           p.x = line.x1;  // a line along z has no z for an x: the node moves across onto it
         }
       }
-      out.WriteNode(p.x, p.y, p.z, false, false);
+      out.WriteNode({p.x, p.y, p.z});
     }
     EdgeRecord edge;
-    while (edge.Read(in)) edge.Write(out);
+    while (in.ReadEdge(edge)) out.WriteEdge(edge);
   });
 }
 
-int BgrWidthEdges(std::string_view file, std::int32_t smallest, std::int32_t largest) {
-  return EditPass(file, [&](BgrFile& in, BgrFile& out) {
-    double x, y, z;
-    while (in.ReadNode(&x, &y, &z)) out.WriteNode(x, y, z, false, false);
+int BgrWidthEdges(RunContext& ctx, std::string_view file, std::int32_t smallest, std::int32_t largest) {
+  return EditPass(ctx, file, [&](BgrFile& in, BgrFile& out) {
+    NodeRecord node;
+    while (in.ReadNode(node)) out.WriteNode(node);
     EdgeRecord edge;
-    while (edge.Read(in)) {
+    while (in.ReadEdge(edge)) {
       if (edge.width < smallest) {
         edge.width = smallest;
         edge.packed = 0;
@@ -128,28 +126,30 @@ int BgrWidthEdges(std::string_view file, std::int32_t smallest, std::int32_t lar
         edge.width = largest;
         edge.packed = 0;
       }
-      edge.Write(out);
+      out.WriteEdge(edge);
     }
   });
 }
 
-int BgrEditScript(std::string_view file, std::string_view script) {
-  STRING_LIST list;
+}  // namespace
+
+int BgrEditScript(RunContext& ctx, std::string_view file, std::string_view script) {
+  STRING_LIST list(ctx);
   int result = list.Create(kEditListBytes) && list.Load(script) > 0 ? 1 : 0;
   if (result == 0) return 0;
-  for (auto line = list.First("<bgr-", nullptr); line && result != 0; line = STRING_LIST::Next(nullptr)) {
+  for (auto line = list.First("<bgr-", nullptr); line && result != 0; line = STRING_LIST::Next(ctx, nullptr)) {
     std::int32_t a = -1, b = -1, c = 10;
     if (ScanCommand(*line, "replace-edges>", "replace-edges> %d %d %d", &a, &b, &c)) {
-      result = BgrReplaceEdges(file, a, b, c);
+      result = BgrReplaceEdges(ctx, file, a, b, c);
       continue;
     }
     a = -1, b = -1, c = 10;
     if (ScanCommand(*line, "align-nodes>", "align-nodes> %d %d %d", &a, &b, &c)) {
-      result = BgrAlignNodes(file, a, b, c);
+      result = BgrAlignNodes(ctx, file, a, b, c);
       continue;
     }
     a = 25, b = 100;
-    if (ScanCommand(*line, "width-edges>", "width-edges> %d %d", &a, &b, &c)) result = BgrWidthEdges(file, a, b);
+    if (ScanCommand(*line, "width-edges>", "width-edges> %d %d", &a, &b, &c)) result = BgrWidthEdges(ctx, file, a, b);
   }
   return result;
 }

@@ -1,138 +1,137 @@
-#include <cctype>
 #include <charconv>
-#include <cstdio>
 #include <string>
 
-#include "frame/report.h"
+#include "formats/bgr_file.h"
+#include "formats/tag_stream.h"
+#include "frame/file_access.h"
+#include "frame/int32_math.h"
+#include "frame/options.h"
+#include "frame/run_context.h"
 #include "frame/text.h"
 #include "geometry/geo_angle.h"
-#include "platform/platform.h"
 #include "tools/commands.h"
-#include "tools/tag_stream.h"
 
 namespace bgr {
 namespace {
 
-// Console output without a format to parse per call: a listing prints a few
-// lines for every record of files of many megabytes.
-void Put(std::string_view text) {
-  for (char c : text) platform::PutByte(c, stdout);
-}
-// A tag as "%s" shows it: up to a zero byte.
-void PutTag(const std::string& tag) { Put(tag.c_str()); }
-void PutLong(std::int32_t v) {
-  char text[16];
-  Put(std::string_view(text, static_cast<std::size_t>(std::to_chars(text, text + sizeof text, v).ptr - text)));
-}
+// The node range that a listing shows: -1 for vmin means all (0..9999), -1 for
+// vmax the one node vmin.
+constexpr std::int32_t kAllNodes = 9999;
 
-// "%02X"
-void PutHex2(unsigned v) {
-  char text[16];
-  char* end = std::to_chars(text, text + sizeof text, v, 16).ptr;
-  if (end - text < 2) Put("0");
-  for (char* c = text; c < end; ++c) platform::PutByte(std::toupper(static_cast<unsigned char>(*c)), stdout);
-}
-
-enum class Tag { kOther, kOrgn, kVloc, kEdge, kType, kThck };
-
-Tag Classify(const std::string& tag) {
-  if (tag.size() != 6) return Tag::kOther;
-  if (tag == "<vloc>") return Tag::kVloc;
-  if (tag == "<edge>") return Tag::kEdge;
-  if (tag == "<type>") return Tag::kType;
-  if (tag == "<thck>") return Tag::kThck;
-  if (tag == "<orgn>") return Tag::kOrgn;
-  return Tag::kOther;
-}
-
-int ListBgr(std::string_view name, std::int32_t vmin, std::int32_t vmax, std::int32_t pv) {
-  std::int32_t node = 0;
-  int result = 1;
-  double west = 99999999.0, south = 99999999.0, east = -99999999.0, north = -99999999.0;
-  Stream source = WrapFileOpen(name, "rb");
-  if (!source) {
-    result = 0;
-    Report("BgrList source file '%s' not found", name);
-  }
-  if (vmin == -1) {
-    vmin = 0;
-    vmax = 9999;
-  } else if (vmax == -1) {
-    vmax = vmin;
-  }
-  std::FILE* in = source.get();
-  std::string tag;
-  while (ScanTag(tag, in, nullptr, pv)) {
-    Tag kind = Classify(tag);
-    if (kind == Tag::kOrgn) {
-      std::printf("%s ", tag.c_str());
-      double lat = CopyDouble(in, nullptr, 0.0, pv);
-      double lon = CopyDouble(in, nullptr, 0.0, pv);
-      CopyDouble(in, nullptr, 0.0, pv);
-      CopyLong(in, nullptr, 0, 1, false, pv);
-      GeoAngle a;
-      a.SetLatitude(lat);
-      std::printf(" (%s", a.Format().c_str());
-      a.SetLongitude(lon);
-      std::printf(" %s)\n", a.Format().c_str());
-    } else if (kind == Tag::kVloc) {
-      if (vmin <= node && node <= vmax) {
-        PutTag(tag);
-        Put(" (");
-        PutLong(node);
-        Put(")");
-        double x = CopyDouble(in, nullptr, 0.0, pv);
-        CopyDouble(in, nullptr, 0.0, pv);
-        double z = CopyDouble(in, nullptr, 0.0, pv);
-        Put("\n");
-        if (west > x) west = x;
-        if (east < x) east = x;
-        if (south > z) south = z;
-        if (north < z) north = z;
-      }
-      node = WrapAdd(node, 1);
-    } else if (kind == Tag::kEdge) {
-      PutTag(tag);
-      Put(" ");
-      CopyLong(in, nullptr, 0, 1, false, pv);
-      CopyLong(in, nullptr, 0, 1, false, pv);
-      Put("\n");
-    } else if (kind == Tag::kType) {
-      PutTag(tag);
-      Put(" ");
-      CopyLong(in, nullptr, 0, 1, false, pv);
-      Put("\n");
-    } else if (kind == Tag::kThck) {
-      PutTag(tag);
-      Put(" ");
-      std::int32_t word = CopyLong(in, nullptr, 0, 65536, true, pv);
-      std::int32_t flags = word & 0xFFFF;
-      std::int32_t code = word / 65536;
-      PutLong(code);
-      Put(" ");
-      PutLong(((code - 16840) * 50) / 128);
-      Put("ft sp=");
-      PutHex2(static_cast<unsigned>(flags));
-      Put("\n");
-    } else if (vmax == 9999) {
-      PutTag(tag);
-      Put("\n");
+class BgrLister {
+ public:
+  BgrLister(RunContext& ctx, const Settings& s, std::FILE* in)
+      : out_(ctx.console()), tags_(ctx.console(), in, nullptr, s.printValues), vmin_(s.vmin), vmax_(s.vmax) {
+    if (vmin_ == -1) {
+      vmin_ = 0;
+      vmax_ = kAllNodes;
+    } else if (vmax_ == -1) {
+      vmax_ = vmin_;
     }
   }
-  std::printf("WS= %lf %lf, EN= %lf %lf\n", west, south, east, north);
-  WrapFileClose(source);
-  return result;
-}
+
+  void Run() {
+    std::string tag;
+    while (tags_.ScanTag(tag)) {
+      if (tag == "<orgn>") {
+        Origin(tag);
+      } else if (tag == "<vloc>") {
+        Node(tag);
+      } else if (tag == "<edge>") {
+        Tagged(tag, 2);
+      } else if (tag == "<type>") {
+        Tagged(tag, 1);
+      } else if (tag == "<thck>") {
+        Thickness(tag);
+      } else if (vmax_ == kAllNodes) {
+        PutTag(tag);
+        out_.Put('\n');
+      }
+    }
+    out_.Printf("WS= %lf %lf, EN= %lf %lf\n", west_, south_, east_, north_);
+  }
+
+ private:
+  // A tag as "%s" shows it: up to a zero byte.
+  void PutTag(const std::string& tag) { out_.Write(tag.c_str()); }
+  void PutLong(std::int32_t v) {
+    char text[16];
+    out_.Write(std::string_view(text, static_cast<std::size_t>(std::to_chars(text, text + sizeof text, v).ptr - text)));
+  }
+
+  void Origin(const std::string& tag) {
+    out_.Printf("%s ", tag.c_str());
+    double lat = tags_.CopyDouble(0.0);
+    double lon = tags_.CopyDouble(0.0);
+    tags_.CopyDouble(0.0);
+    tags_.CopyLong(0);
+    GeoAngle a;
+    a.SetLatitude(lat);
+    out_.Printf(" (%s", a.Format().c_str());
+    a.SetLongitude(lon);
+    out_.Printf(" %s)\n", a.Format().c_str());
+  }
+
+  void Node(const std::string& tag) {
+    if (vmin_ <= node_ && node_ <= vmax_) {
+      PutTag(tag);
+      out_.Write(" (");
+      PutLong(node_);
+      out_.Put(')');
+      double x = tags_.CopyDouble(0.0);
+      tags_.CopyDouble(0.0);
+      double z = tags_.CopyDouble(0.0);
+      out_.Put('\n');
+      if (west_ > x) west_ = x;
+      if (east_ < x) east_ = x;
+      if (south_ > z) south_ = z;
+      if (north_ < z) north_ = z;
+    }
+    node_ = WrapAdd(node_, 1);
+  }
+
+  void Tagged(const std::string& tag, int longs) {
+    PutTag(tag);
+    out_.Put(' ');
+    for (int i = 0; i < longs; ++i) tags_.CopyLong(0);
+    out_.Put('\n');
+  }
+
+  void Thickness(const std::string& tag) {
+    PutTag(tag);
+    out_.Put(' ');
+    std::int32_t word = tags_.CopyLong(0, 65536, true);
+    std::int32_t flags = word & 0xFFFF;
+    std::int32_t code = word / 65536;
+    PutLong(code);
+    out_.Put(' ');
+    PutLong(DecodeWidth(code));
+    out_.Printf("ft sp=%02X\n", static_cast<unsigned>(flags));
+  }
+
+  OutputSink& out_;
+  TagStream tags_;
+  std::int32_t vmin_, vmax_;
+  std::int32_t node_ = 0;
+  double west_ = 99999999.0, south_ = 99999999.0, east_ = -99999999.0, north_ = -99999999.0;
+};
 
 }  // namespace
 
-int BgrList(std::string_view name, std::int32_t vmin, std::int32_t vmax, std::int32_t printValues) {
-  if (HasExtension(name, "tms")) return TmsList(name);
-  return ListBgr(name, vmin, vmax, printValues);
+int BgrList(RunContext& ctx, const Settings& settings, std::string_view name) {
+  if (HasExtension(name, "tms")) return TmsList(ctx, name);
+  int result = 1;
+  Stream source = WrapFileOpen(ctx, name, "rb");
+  if (!source) {
+    result = 0;
+    ctx.Report("BgrList source file '%s' not found", name);
+  }
+  BgrLister(ctx, settings, source.get()).Run();
+  return result;
 }
 
-int BgrGraph(std::string_view, std::int32_t, std::int32_t) {
-  std::printf("TEXTURESHOW_usage - not implemented\n");
+int BgrGraph(RunContext& ctx, std::string_view) {
+  ctx.console().Write("TEXTURESHOW_usage - not implemented\n");
   return 1;
 }
 

@@ -1,40 +1,38 @@
-#include <cstdio>
 #include <string>
 
-#include "frame/report.h"
-#include "frame/text.h"
+#include "formats/tag_stream.h"
+#include "frame/int32_math.h"
+#include "frame/options.h"
+#include "frame/run_context.h"
 #include "tools/commands.h"
-#include "tools/tag_stream.h"
 
 namespace bgr {
 
-int BgrMove(std::string_view source, std::string_view destination, double north, double east, std::int32_t vmin,
-            std::int32_t vmax, std::int32_t pv) {
-  CopyStreams files(source, destination);
-  Stream& in = files.in;
-  Stream& out = files.out;
+int BgrMove(RunContext& ctx, const Settings& s, std::string_view source, std::string_view destination) {
+  CopyStreams files(ctx, source, destination);
+  std::int32_t vmin = s.vmin, vmax = s.vmax;
   if (vmin == -1) {
     vmin = 0;
     vmax = 9999;
   } else if (vmax == -1) {
     vmax = vmin;
   }
+  OutputSink& out = ctx.console();
+  TagStream tags(out, files.in.get(), files.out.get(), s.printValues);
   std::int32_t node = 0;
   std::string tag;
-  while (ScanTag(tag, in.get(), out.get(), pv)) {
+  while (tags.ScanTag(tag)) {
     if (tag != "<vloc>") continue;
     if (vmin <= node && node <= vmax) {
-      if (pv) std::printf("%s (%d)", tag.c_str(), node);
-      CopyDouble(in.get(), out.get(), east, pv);
-      CopyDouble(in.get(), out.get(), 0.0, pv);
-      CopyDouble(in.get(), out.get(), north, pv);
-      if (pv) std::printf("\n");
+      if (s.printValues) out.Printf("%s (%d)", tag.c_str(), node);
+      tags.CopyDouble(s.east);
+      tags.CopyDouble(0.0);
+      tags.CopyDouble(s.north);
+      if (s.printValues) out.Put('\n');
     }
     node = WrapAdd(node, 1);
   }
-  WrapFileClose(in);
-  WrapFileClose(out);
-  return files.ok;
+  return files.Close(ctx, destination) ? files.ok : 0;
 }
 
 }  // namespace bgr

@@ -1,44 +1,44 @@
 #include "formats/bgr_file.h"
-#include "frame/report.h"
+#include "formats/replace_by_temp.h"
+#include "frame/run_context.h"
+#include "geometry/node_table.h"
 #include "tools/commands.h"
-#include "tools/node_table.h"
-#include "tools/replace_by_temp.h"
 
 namespace bgr {
 
-int BgrPurge(std::string_view name) {
-  constexpr double kTolerance = 5.0;
+int BgrPurge(RunContext& ctx, std::string_view name) {
+  constexpr double kTolerance = 5.0;  // feet on each axis within which nodes join
   NodeTable whole("BgrPurge cannot allocate points");
   KeptNodes kept(kTolerance);
   BgrFile in, temp;
-  int result = OpenSourceAndTemp(in, temp, name, "BgrPurge");
-  double lat = 0, lon = 0, third = 0;
-  in.ReadOrigin(&lat, &lon, &third);
-  temp.WriteOrigin(lat, lon, third);
-  double x, y, z;
-  while (result == 1 && in.ReadNode(&x, &y, &z)) insert_double_points(whole, x, y, z);
+  int result = OpenSourceAndTemp(ctx, in, temp, name, "BgrPurge");
+  OriginRecord origin;
+  in.ReadOrigin(origin);
+  temp.WriteOrigin(origin);
+  NodeRecord node;
+  while (result == 1 && in.ReadNode(node)) insert_double_points(whole, node.x, node.y, node.z);
   // node 0 of the new file is the origin itself
   kept.Append({0.0, 0.0, 0.0});
   long edgesStart = in.Tell();
-  std::int32_t from, to, width, type, packed, flags;
-  while (result == 1 && in.ReadEdge(&from, &to, &width, &type, &packed, &flags)) {
-    kept.RenumberNode(from, whole);
-    kept.RenumberNode(to, whole);
+  EdgeRecord edge;
+  while (result == 1 && in.ReadEdge(edge)) {
+    kept.RenumberNode(edge.from, whole);
+    kept.RenumberNode(edge.to, whole);
   }
   for (std::int32_t i = 0; i < kept.table().count(); ++i) {
     const DoublePoint& p = kept.table()[i];
-    temp.WriteNode(p.x, p.y, p.z, false, false);
+    temp.WriteNode({p.x, p.y, p.z});
   }
   in.Seek(edgesStart);
-  while (result == 1 && in.ReadEdge(&from, &to, &width, &type, &packed, &flags)) {
-    std::int32_t a = kept.RenumberNode(from, whole);
-    std::int32_t b = kept.RenumberNode(to, whole);
-    temp.WriteEdge(a, b, width, type, packed, flags);
+  while (result == 1 && in.ReadEdge(edge)) {
+    EdgeRecord renumbered = edge;
+    renumbered.from = kept.RenumberNode(edge.from, whole);
+    renumbered.to = kept.RenumberNode(edge.to, whole);
+    temp.WriteEdge(renumbered);
   }
-  in.Close();
-  temp.Close();
-  ReplaceByTemp(result != 0, name);
-  return result;
+  in.Abandon();
+  bool written = temp.Close();
+  return ReplaceByTemp(ctx, result != 0 && written, name) ? 1 : 0;
 }
 
 }  // namespace bgr

@@ -2,49 +2,58 @@
 
 #include "formats/bgr_file.h"
 #include "formats/little_endian.h"
-#include "frame/report.h"
+#include "frame/file_access.h"
+#include "frame/int32_math.h"
+#include "frame/run_context.h"
 #include "frame/text.h"
+#include "geometry/node_table.h"
 #include "tools/commands.h"
-#include "tools/node_table.h"
 
 namespace bgr {
+namespace {
 
-int BgrTxd(std::string_view file) {
+// Every edge of a TXD file has no height and the default width of 75 ft at both ends.
+constexpr double kEdgeHeight = 0.0;
+constexpr double kEdgeWidth = 75.0;
+
+}  // namespace
+
+int BgrTxd(RunContext& ctx, std::string_view file) {
   int ok = 1;
   std::int32_t edgeCount = 0;
   NodeTable nodes("BgrTxd cannot allocate points");
   BgrFile in;
-  if (!in.OpenRead(file)) {
+  if (!in.OpenRead(ctx, file)) {
     ok = 0;
-    Report("BgrTxd source file '%s' not found", file);
+    ctx.Report("BgrTxd source file '%s' not found", file);
   }
   std::string dest(file);
   SetExtension(dest, "txd");
-  Stream out = WrapFileOpen(dest, "wb");
+  Stream out = WrapFileOpen(ctx, dest, "wb");
   if (!out) {
     ok = 0;
-    Report("BgrTxd dest file '%s' not openable", dest);
+    ctx.Report("BgrTxd dest file '%s' not openable", dest);
   }
   std::FILE* f = out.get();
-  double lat, lon, third;
-  in.ReadOrigin(&lat, &lon, &third);
-  double x, y, z;
-  while (in.ReadNode(&x, &y, &z)) {
+  OriginRecord origin;
+  in.ReadOrigin(origin);
+  NodeRecord node;
+  while (in.ReadNode(node)) {
     if (nodes.count() >= kNodeTableSize) {
       ok = 0;
-      Report("BgrTxd too many nodes in %s", dest);
+      ctx.Report("BgrTxd too many nodes in %s", dest);
     } else {
-      insert_double_points(nodes, x, y, z);
+      insert_double_points(nodes, node.x, node.y, node.z);
     }
   }
   WriteI32(f, 0);  // the edge count, written when it is known
-  std::int32_t from, to, width, type, packed, flags;
-  while (in.ReadEdge(&from, &to, &width, &type, &packed, &flags)) {
-    WriteI32(f, from);
-    WriteI32(f, to);
-    WriteF64(f, 0.0);
-    WriteF64(f, 75.0);
-    WriteF64(f, 75.0);
+  EdgeRecord edge;
+  while (in.ReadEdge(edge)) {
+    WriteI32(f, edge.from);
+    WriteI32(f, edge.to);
+    WriteF64(f, kEdgeHeight);
+    WriteF64(f, kEdgeWidth);
+    WriteF64(f, kEdgeWidth);
     edgeCount = WrapAdd(edgeCount, 1);
   }
   WriteI32(f, nodes.count());
@@ -55,8 +64,11 @@ int BgrTxd(std::string_view file) {
     WriteF64(f, 0.0);
   }
   if (f && std::fseek(f, 0, SEEK_SET) == 0) WriteI32(f, edgeCount);
-  in.Close();
-  WrapFileClose(out);
+  in.Abandon();
+  if (out && !WrapFileClose(out)) {
+    ctx.Report("BgrTxd cannot write '%s': %s", dest, 0, 0, out.error());
+    ok = 0;
+  }
   return ok;
 }
 

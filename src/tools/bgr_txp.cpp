@@ -1,11 +1,13 @@
-#include <cstdio>
 #include <string>
 
 #include "formats/little_endian.h"
-#include "frame/report.h"
+#include "formats/tag_stream.h"
+#include "frame/file_access.h"
+#include "frame/int32_math.h"
+#include "frame/options.h"
+#include "frame/run_context.h"
 #include "frame/text.h"
 #include "tools/commands.h"
-#include "tools/tag_stream.h"
 
 namespace bgr {
 namespace {
@@ -13,53 +15,59 @@ namespace {
 constexpr const char* kBeginObject = "<bgno> ========== BEGIN OBJECT ==========";
 constexpr const char* kEndObject = "<endo> ========== END OBJECT ==========";
 
-}  // namespace
-
+// A text and its terminating zero; a null stream writes nothing.
 void WriteMarker(std::FILE* stream, std::string_view text) {
   if (!stream) return;
   std::fwrite(text.data(), 1, text.size(), stream);
   std::fputc(0, stream);
 }
 
-int BgrTxp(std::string_view file, std::int32_t level, std::int32_t pv) {
+}  // namespace
+
+int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   int ok = 1;
-  Stream in = WrapFileOpen(file, "rb");
+  Stream in = WrapFileOpen(ctx, file, "rb");
   if (!in) {
     ok = 0;
-    Report("BgrTxp source file '%s' not found", file);
+    ctx.Report("BgrTxp source file '%s' not found", file);
   }
   std::string dest(file);
   SetExtension(dest, "txp");
-  Stream out = WrapFileOpen(dest, "wb");
+  Stream out = WrapFileOpen(ctx, dest, "wb");
   if (!out) {
     ok = 0;
-    Report("BgrTxp dest file '%s' not openable", dest);
+    ctx.Report("BgrTxp dest file '%s' not openable", dest);
   }
   std::FILE* f = out.get();
+  OutputSink& console = ctx.console();
+  std::int32_t pv = s.printValues;
+  // the values are copied from the source by hand, so the walker copies nothing itself
+  TagStream tags(console, in.get(), nullptr, pv);
+  TagStream values(console, in.get(), f, pv);
   std::int32_t count = 0;
   long countAt = 0;
   WriteMarker(f, kBeginObject);
   std::string tag;
-  while (ScanTag(tag, in.get(), nullptr, pv)) {
+  while (tags.ScanTag(tag)) {
     if (tag == "<orgn>") {
       WriteMarker(f, "<orgn> ---- origin ----");
-      for (int i = 0; i < 3; ++i) CopyDouble(in.get(), f, 0.0, pv);
-      CopyLong(in.get(), f, 0, 1, false, pv);
-      if (pv) std::printf("\n");
+      for (int i = 0; i < 3; ++i) values.CopyDouble(0.0);
+      values.CopyLong(0);
+      if (pv) console.Put('\n');
     } else if (tag == "<vloc>") {
       if (count == 0) {
         WriteMarker(f, "<vert> ---- vertex pool ----");
         countAt = f ? std::ftell(f) : 0;
         WriteI32(f, count);
       }
-      if (level == 0) {
-        for (int i = 0; i < 3; ++i) CopyDouble(in.get(), f, 0.0, pv);
-        if (pv) std::printf("\n");
+      if (s.txpLevel == 0) {
+        for (int i = 0; i < 3; ++i) values.CopyDouble(0.0);
+        if (pv) console.Put('\n');
       }
       count = WrapAdd(count, 1);
     }
   }
-  if (count > 0 && level == 0) {
+  if (count > 0 && s.txpLevel == 0) {
     WriteMarker(f, "<poly> ---- polygon ----");
     WriteMarker(f, kBeginObject);
     WriteMarker(f, "<pvrt> ---- vertex reference list ----");
@@ -68,9 +76,12 @@ int BgrTxp(std::string_view file, std::int32_t level, std::int32_t pv) {
     WriteMarker(f, kEndObject);
   }
   WriteMarker(f, kEndObject);
-  if (level == 0 && count > 0 && f && std::fseek(f, countAt, SEEK_SET) == 0) WriteI32(f, count);
+  if (s.txpLevel == 0 && count > 0 && f && std::fseek(f, countAt, SEEK_SET) == 0) WriteI32(f, count);
   WrapFileClose(in);
-  WrapFileClose(out);
+  if (out && !WrapFileClose(out)) {
+    ctx.Report("BgrTxp cannot write '%s': %s", dest, 0, 0, out.error());
+    ok = 0;
+  }
   return ok;
 }
 

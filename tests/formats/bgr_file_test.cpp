@@ -5,6 +5,7 @@
 #include "geometry/texpoints.h"
 #include "support/bgr_builder.h"
 #include "support/temp_dir.h"
+#include "support/test_run.h"
 
 namespace bgr {
 namespace {
@@ -12,115 +13,118 @@ namespace {
 using bgrtest::BgrBuilder;
 
 TEST(WidthCode, EncodesWithClampAndDecodesTowardZero) {
-  EXPECT_EQ(EncodeWidth(25), 16904);
-  EXPECT_EQ(EncodeWidth(500), 18120);
   EXPECT_EQ(EncodeWidth(10), 16904);
   EXPECT_EQ(EncodeWidth(1000), 18120);
   EXPECT_EQ(EncodeWidth(26), 16906);
   EXPECT_EQ(DecodeWidth(16906), 25);  // 26 doesn't come back
-  EXPECT_EQ(DecodeWidth(17096), 100);
   EXPECT_EQ(DecodeWidth(16839), 0);   // -50 / 128 cuts toward zero
 }
 
 class BgrFileTest : public ::testing::Test {
  protected:
   bgrtest::TempDir dir;
+  bgrtest::TestRun run;
+  RunContext& ctx = run.ctx;
   std::string Path(const char* name) { return dir / name; }
 };
 
 TEST_F(BgrFileTest, WritesTheLayoutByteForByte) {
   BgrFile f;
-  ASSERT_TRUE(f.OpenWrite(Path("w.bgr")));
-  f.WriteOrigin(171000.5, -441000.25, 0.0);
+  ASSERT_TRUE(f.OpenWrite(ctx, Path("w.bgr")));
+  f.WriteOrigin({171000.5, -441000.25, 0.0});
   TEXPOINTS pts;
   pts.Add(1, 2, 3, -1);
   pts.Add(-4, 0, 7, -1);
   f.WriteNodes(pts, -1, -1);
-  f.WriteNode(9, 9, 9, true, true);
-  EXPECT_TRUE(f.WriteEdge(0, 1, 100, 1, 0, 0x1000F));   // only the low 16 flag bits go
-  EXPECT_TRUE(f.WriteEdge(1, 2, 999, 0, 17000, 3));     // a packed code goes unchanged
-  EXPECT_FALSE(f.WriteEdge(1, 2, 50, 100, 0, 3));       // other types never reach the file
-  EXPECT_TRUE(f.WriteEdge(2, 0, 10, 1, 0, 0));          // 10 ft is clamped to 25
-  f.Close();
+  f.WriteNode({9, 9, 9}, true, true);
+  EXPECT_TRUE(f.WriteEdge({0, 1, 100, 1, 0, 0x1000F}));  // only the low 16 flag bits go
+  EXPECT_TRUE(f.WriteEdge({1, 2, 999, 0, 17000, 3}));    // a packed code goes unchanged
+  EXPECT_FALSE(f.WriteEdge({1, 2, 50, 100, 0, 3}));      // other types never reach the file
+  EXPECT_TRUE(f.WriteEdge({2, 0, 10, 1, 0, 0}));         // 10 ft is clamped to 25
+  EXPECT_TRUE(f.Close());
   BgrBuilder b;
   b.Origin(171000.5, -441000.25).Node(1, 2, 3).Node(-4, 0, 7).Node(9, 9, 9, true, true);
   b.Edge(0, 1, 17096, 15, 1).Edge(1, 2, 17000, 3, 0).Edge(2, 0, 16904, 0, 1).End();
   EXPECT_EQ(dir.Read("w.bgr"), b.data);
 }
 
-TEST_F(BgrFileTest, ReadsOverFlowMarksAndNply) {
+TEST_F(BgrFileTest, CopyKeepsEveryByteThroughFlowMarksAndNply) {
   BgrBuilder b;
-  b.Origin(1, 2, 3).Node(1, 2, 3, true, true).Node(4, 5, 6).Edge(0, 1, 17096, 7, 1, true).Edge(1, 0, 16904, 1, 0).End();
-  dir.Write("r.bgr", b.data);
-  BgrFile f;
-  ASSERT_TRUE(f.OpenRead(Path("r.bgr")));
-  double lat, lon, third, x, y, z;
-  ASSERT_TRUE(f.ReadOrigin(&lat, &lon, &third));
-  EXPECT_EQ(third, 3);
-  ASSERT_TRUE(f.ReadNode(&x, &y, &z));
-  ASSERT_TRUE(f.ReadNode(&x, &y, &z));
-  EXPECT_EQ(z, 6);
-  EXPECT_FALSE(f.ReadNode(&x, &y, &z));
-  std::int32_t from, to, width, type, packed, flags;
-  ASSERT_TRUE(f.ReadEdge(&from, &to, &width, &type, &packed, &flags));
-  EXPECT_EQ(packed, 17096);
-  EXPECT_EQ(width, 100);
-  EXPECT_EQ(flags, 7);
-  ASSERT_TRUE(f.ReadEdge(&from, &to, &width, &type, &packed, &flags));
-  EXPECT_EQ(from, 1);
-  EXPECT_EQ(type, 0);
-  EXPECT_FALSE(f.ReadEdge(&from, &to, &width, &type, &packed, &flags));
-  EXPECT_TRUE(f.ReadTag("<endo>"));
+  b.Origin(1, 2, 3).Node(1, 2, 3, true, true).Node(4, 5, 6).Edge(0, 1, 16907, 0xABCD, 1, true).Edge(1, 0, 16904, 1, 0);
+  dir.Write("in.bgr", b.End().data);
+  BgrFile in, out;
+  ASSERT_TRUE(in.OpenRead(ctx, Path("in.bgr")));
+  out.OpenWrite(ctx, Path("out.bgr"));
+  OriginRecord origin;
+  NodeRecord node;
+  EdgeRecord edge;
+  ASSERT_TRUE(in.ReadOrigin(origin));
+  out.WriteOrigin(origin);
+  while (in.ReadNode(node)) out.WriteNode(node, true, true);
+  while (in.ReadEdge(edge)) out.WriteEdge(edge);
+  EXPECT_TRUE(in.ReadTag("<endo>"));
+  EXPECT_TRUE(out.Close());
+  BgrBuilder want;
+  want.Origin(1, 2, 3).Node(1, 2, 3, true, true).Node(4, 5, 6, true, true);
+  want.Edge(0, 1, 16907, 0xABCD, 1).Edge(1, 0, 16904, 1, 0).End();  // <nply> is read over, never written
+  EXPECT_EQ(dir.Read("out.bgr"), want.data);
 }
 
 TEST_F(BgrFileTest, AFailedTagLeavesTheStreamWhereItWas) {
   dir.Write("n.bgr", BgrBuilder().Tag("<bgno>").Tag("<node>").data);
   BgrFile f;
-  ASSERT_TRUE(f.OpenRead(Path("n.bgr")));
-  double lat, lon, third;
-  EXPECT_FALSE(f.ReadOrigin(&lat, &lon, &third));
+  ASSERT_TRUE(f.OpenRead(ctx, Path("n.bgr")));
+  OriginRecord origin;
+  EXPECT_FALSE(f.ReadOrigin(origin));
   EXPECT_FALSE(f.ReadTag("<nodX>"));
-  EXPECT_FALSE(f.ReadTag("<node>x"));
   EXPECT_TRUE(f.ReadTag("<node>"));
   EXPECT_FALSE(f.ReadTag("<endo>"));  // the end of the file is a difference too
-  EXPECT_TRUE(f.Close());
-  EXPECT_TRUE(f.Close());
-}
-
-TEST_F(BgrFileTest, EmptyNetworkAndMissingFiles) {
-  dir.Write("e.bgr", BgrBuilder().Origin(0, 0).End().data);
-  BgrFile f;
-  ASSERT_TRUE(f.OpenRead(Path("e.bgr")));
-  double a, b, c;
-  std::int32_t i[6];
-  ASSERT_TRUE(f.ReadOrigin(&a, &b, &c));
-  EXPECT_FALSE(f.ReadNode(&a, &b, &c));
-  EXPECT_FALSE(f.ReadEdge(&i[0], &i[1], &i[2], &i[3], &i[4], &i[5]));
-  EXPECT_TRUE(f.ReadTag("<endo>"));
-  BgrFile g;
-  EXPECT_FALSE(g.OpenRead(Path("missing.bgr")));
-  EXPECT_FALSE(g.ReadNode(&a, &b, &c));
-  EXPECT_FALSE(g.WriteTag("<x>"));
   dir.Write("not.bgr", "hello");
-  EXPECT_FALSE(g.OpenRead(Path("not.bgr")));
+  BgrFile g;
+  EXPECT_FALSE(g.OpenRead(ctx, Path("not.bgr")));
   EXPECT_TRUE(g.IsOpen());  // the stream stays open and must still be closed
 }
 
-TEST_F(BgrFileTest, CopyingKeepsTheThicknessWord) {
+// A record cut by the end of the file keeps what the record held before: a
+// fresh record is all zeros, a later one the values of the one before it.
+TEST_F(BgrFileTest, CutRecordsReadTheSameOnEveryRun) {
+  dir.Write("node.bgr", BgrBuilder().Tag("<bgno>").Tag("<node>").Tag("<bgno>").Tag("<vloc>").Raw("\x01\x02").data);
+  BgrFile f;
+  ASSERT_TRUE(f.OpenRead(ctx, Path("node.bgr")));
+  NodeRecord node;
+  ASSERT_TRUE(f.ReadNode(node));
+  EXPECT_EQ(node.x, 0.0);
+  EXPECT_EQ(node.z, 0.0);
+
   BgrBuilder b;
-  b.Origin(5, 6).Node(1, 1, 1).Node(2, 2, 2).Edge(0, 1, 16907, 0xABCD, 1).End();
-  dir.Write("in.bgr", b.data);
-  BgrFile in, out;
-  ASSERT_TRUE(in.OpenRead(Path("in.bgr")));
-  out.OpenWrite(Path("out.bgr"));
-  double x, y, z;
-  in.ReadOrigin(&x, &y, &z);
-  out.WriteOrigin(x, y, z);
-  while (in.ReadNode(&x, &y, &z)) out.WriteNode(x, y, z, false, false);
-  std::int32_t from, to, width, type, packed, flags;
-  while (in.ReadEdge(&from, &to, &width, &type, &packed, &flags)) out.WriteEdge(from, to, width, type, packed, flags);
-  out.Close();
-  EXPECT_EQ(dir.Read("out.bgr"), b.data);
+  b.Origin(5, 6, 7).Edge(1, 2, 17096, 3, 1).Tag("<edge>").Raw(std::string("\x09\0\0\0", 4));
+  dir.Write("edge.bgr", b.data);
+  BgrFile g;
+  ASSERT_TRUE(g.OpenRead(ctx, Path("edge.bgr")));
+  OriginRecord origin;
+  EXPECT_TRUE(g.ReadOrigin(origin));
+  EdgeRecord edge;
+  ASSERT_TRUE(g.ReadEdge(edge));
+  ASSERT_TRUE(g.ReadEdge(edge));
+  EXPECT_EQ(edge.from, 9);
+  EXPECT_EQ(edge.to, 2);
+  EXPECT_EQ(edge.packed, 17096);
+
+  std::string origin5 = BgrBuilder().Origin(5, 6, 7).data;
+  dir.Write("origin.bgr", origin5.substr(0, origin5.size() - 1));  // cut in its last word
+  BgrFile h;
+  ASSERT_TRUE(h.OpenRead(ctx, Path("origin.bgr")));
+  OriginRecord o;
+  EXPECT_TRUE(h.ReadOrigin(o));  // the record is there, so a merge keeps it
+  EXPECT_EQ(o.third, 7);
+}
+
+TEST_F(BgrFileTest, CloseReportsAWriteThatDidNotReachTheDisk) {
+  BgrFile f;
+  ASSERT_TRUE(f.OpenWrite(ctx, "/dev/full"));
+  f.WriteOrigin({1, 2, 3});
+  EXPECT_FALSE(f.Close());
+  EXPECT_EQ(run.console.Take(), "ERROR: BgrFile cannot write '/dev/full': No space left on device\n");
 }
 
 }  // namespace

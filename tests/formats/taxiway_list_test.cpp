@@ -4,6 +4,7 @@
 
 #include "support/bgr_builder.h"
 #include "support/temp_dir.h"
+#include "support/test_run.h"
 
 namespace bgr {
 namespace {
@@ -12,13 +13,10 @@ using bgrtest::BgrBuilder;
 
 class TaxiwayListTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    const char* argv[] = {"bgrtool"};
-    ReportStart(1, argv, kVersion, false, true);
-    TaxiwayList::ResetReadPlyWarning();
-  }
   bgrtest::TempDir dir;
   bgrtest::ScopedChdir in{dir.path()};
+  bgrtest::TestRun run;
+  TaxiwayList list{run.ctx};
 };
 
 TEST_F(TaxiwayListTest, LoadCutsCoordinatesAndSaveSkipsDeadEdges) {
@@ -26,9 +24,8 @@ TEST_F(TaxiwayListTest, LoadCutsCoordinatesAndSaveSkipsDeadEdges) {
   b.Origin(10, 20).Node(1.9, 0, -1.9).Node(5, 0, 5).Node(5.5, 0, 5.5);
   b.Edge(0, 1, 16906, 3, 1).Edge(1, 2, 17096, 15, 0).Edge(0, 2, 17096, 0, 1).End();
   dir.Write("a.bgr", b.data);
-  TaxiwayList list;
   ASSERT_EQ(list.Load("A.BGR", 0), 1);
-  EXPECT_EQ(list.state, 1);
+  EXPECT_EQ(list.state, NetState::kOpen);
   EXPECT_EQ(list.points.count(), 3);
   EXPECT_EQ(list.points[0].x, 1);
   EXPECT_EQ(list.points[0].z, -1);
@@ -44,7 +41,6 @@ TEST_F(TaxiwayListTest, LoadCutsCoordinatesAndSaveSkipsDeadEdges) {
 }
 
 TEST_F(TaxiwayListTest, SaveRefusesEmptyNetworksAndTheNoneName) {
-  TaxiwayList list;
   list.points.Add(1, 1, 1, -1);
   EXPECT_EQ(list.Save("x.bgr"), 0);
   EXPECT_FALSE(dir.Exists("x.bgr"));
@@ -54,6 +50,7 @@ TEST_F(TaxiwayListTest, SaveRefusesEmptyNetworksAndTheNoneName) {
   list.edgeCount = 1;
   EXPECT_EQ(list.Save("DATA\\NONE.BGR"), 0);
   EXPECT_EQ(list.edgeCount, 0);
+  EXPECT_FALSE(dir.Exists("DATA"));
 }
 
 TEST_F(TaxiwayListTest, NodeLimitStopsEdges) {
@@ -62,14 +59,12 @@ TEST_F(TaxiwayListTest, NodeLimitStopsEdges) {
   for (int i = 0; i < 12001; ++i) b.Node(i, 0, 0);
   b.Edge(0, 1, 17096, 0, 1).End();
   dir.Write("big.bgr", b.data);
-  TaxiwayList list;
   list.Load("big.bgr", 0);
   EXPECT_EQ(list.points.count(), 12000);
   EXPECT_EQ(list.edgeCount, 0);
 }
 
 TEST_F(TaxiwayListTest, MissingBgrStillOpensThePly) {
-  TaxiwayList list;
   EXPECT_EQ(list.Load("new.bgr", 1), 0);
   list.WritePlyPoint(1.7, 0, -2.7);
   list.WritePlyPoint(3, 0, 4);
@@ -88,7 +83,6 @@ TEST_F(TaxiwayListTest, ReadPlyMergesAndShiftsPoints) {
   dir.Write("p.PLY",
             "ORG 1 2\nPOI 0 0\nPOI 10 0\nPOI 10 10\nPOI 0 0\nPLY \"closed\"\nPOI 5\n  POI 1 1\nPLY \"x\"\n"
             "LGT 1 2 3 4\nLGT 7 8 9\nEXI\nPOI 1 1\nPLY \"hidden\"\n");
-  TaxiwayList list;
   list.Load("p.bgr", 0);
   TEXPOINTS pts;
   TEXTURE tex;
@@ -104,7 +98,7 @@ TEST_F(TaxiwayListTest, ReadPlyMergesAndShiftsPoints) {
   EXPECT_EQ(tex.verts[3].point, 3);
   EXPECT_EQ(pts[3].x, 1);  // shifted by 1 in x
   EXPECT_EQ(pts[3].z, 0);
-  EXPECT_NE(dir.Read("report.txt").find("WARNING:TaxiwayList::ReadPly() shifting points\n"), std::string::npos);
+  EXPECT_NE(run.console.Take().find("WARNING:TaxiwayList::ReadPly() shifting points\n"), std::string::npos);
 
   ASSERT_TRUE(list.RewindPly());
   std::int32_t kind, x1, z1, x2, z2, count;
@@ -123,7 +117,6 @@ TEST_F(TaxiwayListTest, ReadPlyGivesUpAfterTenTries) {
   for (auto& p : path) ply += "POI " + std::to_string(p[0]) + " " + std::to_string(p[1]) + "\n";
   ply += "POI 0 0\nPLY \"x\"\n";
   dir.Write("t.PLY", ply);
-  TaxiwayList list;
   list.Load("t.bgr", 0);
   TEXPOINTS pts;
   TEXTURE tex;
@@ -137,14 +130,13 @@ TEST_F(TaxiwayListTest, ReadPlyStopsAt255Points) {
   for (int i = 0; i < 255; ++i) ply += "POI " + std::to_string(i) + " 0\n";
   ply += "PLY \"big\"\nPOI 1 1\nPOI 2 2\nPOI 3 1\nPLY \"after\"\n";
   dir.Write("m.PLY", ply);
-  TaxiwayList list;
   list.Load("m.bgr", 0);
   TEXPOINTS pts;
   TEXTURE tex;
   ASSERT_TRUE(list.ReadPly(pts, tex, 0));
   EXPECT_EQ(tex.count, 255);
   EXPECT_FALSE(list.ReadPly(pts, tex, 0));  // meets the PLY line with no points
-  EXPECT_NE(dir.Read("report.txt").find("ERROR: TaxiwayList::ReadPly - too many points 0 0\n"), std::string::npos);
+  EXPECT_NE(run.console.Take().find("ERROR: TaxiwayList::ReadPly - too many points 0 0\n"), std::string::npos);
 }
 
 }  // namespace

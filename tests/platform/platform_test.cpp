@@ -1,5 +1,7 @@
 #include "platform/platform.h"
 
+#include "platform/path_text.h"
+
 #include <gtest/gtest.h>
 
 #include "support/temp_dir.h"

@@ -2,15 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/report.h"
 #include "script/text_file.h"
 #include "support/temp_dir.h"
+#include "support/test_run.h"
 
 namespace bgr {
 namespace {
 
 TEST(StringList, KeepsOrderAndDropsCaseDuplicates) {
-  STRING_LIST l;
+  bgrtest::TestRun run;
+  STRING_LIST l(run.ctx);
   EXPECT_EQ(l.Add("x"), -1);  // no block yet
   ASSERT_TRUE(l.Create(1000));
   EXPECT_EQ(l.Add("Alpha"), 0);
@@ -29,19 +30,14 @@ TEST(StringList, KeepsOrderAndDropsCaseDuplicates) {
 }
 
 TEST(StringList, CapacityRuleNeverUsesTheLastByte) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
-  const char* argv[] = {"bgrtool"};
-  ReportStart(1, argv, kVersion, false, true);
-  STRING_LIST l;
+  bgrtest::TestRun run;
+  STRING_LIST l(run.ctx);
   ASSERT_TRUE(l.Create(10));
   EXPECT_EQ(l.Add("sixsix"), 0);  // 0 + 6 + 3 < 10
   EXPECT_EQ(l.used(), 9);
   EXPECT_EQ(l.Add(""), -1);  // 9 + 0 + 3 is not below 10
   EXPECT_EQ(l.Add("z"), -1);
-  std::string report = dir.Read("report.txt");
-  EXPECT_NE(report.find("ERROR: STRING_LIST::Add() failed, 0 1\n\n"), std::string::npos);
-  EXPECT_EQ(report.find("STRING_LIST::Add(z)"), std::string::npos);  // once per fill
+  EXPECT_EQ(run.console.Take(), "ERROR: STRING_LIST::Add() failed, 0 1\n\n");  // once per fill
   EXPECT_TRUE(l.Create(10));  // same size: cleared, warned again after that
   EXPECT_EQ(l.count(), 0);
 }
@@ -49,7 +45,8 @@ TEST(StringList, CapacityRuleNeverUsesTheLastByte) {
 TEST(StringList, LoadDropsBlankLinesAndWalksByPrefix) {
   bgrtest::TempDir dir;
   dir.Write("l.txt", "<bgr-a> 1\n\n<BGR-b>\nplain\n<bgr-A> 1\n<bgr-c>\r\nlast");
-  STRING_LIST l;
+  bgrtest::TestRun run;
+  STRING_LIST l(run.ctx);
   l.Create(10240);
   EXPECT_EQ(l.Load(dir / "l.txt"), 5);
   std::int32_t index = 0;
@@ -57,23 +54,24 @@ TEST(StringList, LoadDropsBlankLinesAndWalksByPrefix) {
   ASSERT_TRUE(first);
   EXPECT_EQ(*first, "a> 1");
   EXPECT_EQ(index, 0);
-  auto next = STRING_LIST::Next(&index);
+  auto next = STRING_LIST::Next(run.ctx, &index);
   ASSERT_TRUE(next);
   EXPECT_EQ(*next, "c>\r");  // case counts in the prefix; a carriage return stays
   EXPECT_EQ(index, 3);
-  EXPECT_FALSE(STRING_LIST::Next(&index));
+  EXPECT_FALSE(STRING_LIST::Next(run.ctx, &index));
   EXPECT_EQ(index, -1);
   EXPECT_FALSE(l.First("none", &index));
   EXPECT_EQ(l.Load(dir / "missing.txt"), -1);
 }
 
 TEST(StringList, IterationOverAFullListIsLinear) {
-  STRING_LIST l;
+  bgrtest::TestRun run;
+  STRING_LIST l(run.ctx);
   l.Create(10240);
   int added = 0;
   while (l.Add("<bgr-x" + std::to_string(added)) >= 0) ++added;
   int seen = 0;
-  for (auto t = l.First("<bgr-", nullptr); t; t = STRING_LIST::Next(nullptr)) ++seen;
+  for (auto t = l.First("<bgr-", nullptr); t; t = STRING_LIST::Next(run.ctx, nullptr)) ++seen;
   EXPECT_EQ(seen, added);
   EXPECT_GT(added, 800);
 }
@@ -81,8 +79,9 @@ TEST(StringList, IterationOverAFullListIsLinear) {
 TEST(TextFile, LinesAndFields) {
   bgrtest::TempDir dir;
   dir.Write("t.txt", "one two\n   \n\"a b\" 12 x\n" + std::string(300, 'q'));
+  bgrtest::TestRun run;
   TextFile f;
-  ASSERT_TRUE(f.OpenRead(dir / "t.txt"));
+  ASSERT_TRUE(f.OpenRead(run.ctx, dir / "t.txt"));
   ASSERT_EQ(f.ReadLine(), 1);
   EXPECT_EQ(f.SkipFields(1), 1);
   EXPECT_EQ(f.line[static_cast<std::size_t>(f.cursor)], ' ');

@@ -1,9 +1,9 @@
-#include "tools/node_table.h"
+#include "geometry/node_table.h"
 
 #include <cmath>
 #include <new>
 
-#include "frame/report.h"
+#include "frame/run_context.h"
 
 namespace bgr {
 

@@ -1,8 +1,8 @@
-#include "geometry/tile_grid.h"
+#include "tms/tile_grid.h"
 
 #include <algorithm>
 
-#include "frame/text.h"
+#include "frame/int32_math.h"
 #include "geometry/planar.h"
 
 namespace bgr {
@@ -19,7 +19,14 @@ bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b) {
   return (a < v && v < b) || (b < v && v < a);
 }
 
-TileGrid::TileGrid() : tiles_(std::make_unique<Grid>()) {}
+TileGrid::TileGrid(RunContext* ctx) : tiles_(std::make_unique<Grid>()) {
+  for (auto& column : *tiles_) {
+    for (TileRecord& tile : column) {
+      for (TEXPOINTS& points : tile.points) points.Attach(ctx);
+      for (TextureList& list : tile.polygons) list.Attach(ctx);
+    }
+  }
+}
 
 std::int32_t TileGrid::TileIndex(std::int64_t coordinate, std::int32_t origin) {
   if (TileSize <= 0) TileSize = 256000;

@@ -12,6 +12,14 @@
 
 namespace bgr {
 
+inline constexpr int kLayers = 4;  // 0 pavement, 1 edge marks, 2 centre lines, 3 lights
+inline constexpr int kTilesPerSide = 8;
+
+struct TileRecord {
+  std::array<TEXPOINTS, kLayers> points;
+  std::array<TextureList, kLayers> polygons;
+};
+
 struct ClipPoint {
   std::int32_t x = 0;
   std::int32_t z = 0;
@@ -22,7 +30,8 @@ class TileGrid {
   static constexpr std::int32_t kMaxClipDepth = 40;
   static constexpr std::int32_t kReachMargin = 5;  // a tip up to 4 past the next grid line stays whole
 
-  TileGrid();
+  // Reports of the tiles' tables go to ctx; a grid of no run stays silent.
+  explicit TileGrid(RunContext* ctx = nullptr);
 
   TileRecord& Tile(std::int32_t x, std::int32_t z) { return (*tiles_)[static_cast<std::size_t>(x)][static_cast<std::size_t>(z)]; }
 

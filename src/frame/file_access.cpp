@@ -1,0 +1,98 @@
+#include "frame/file_access.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "frame/run_context.h"
+#include "frame/text.h"
+#include "platform/path_text.h"
+#include "platform/platform.h"
+
+namespace bgr {
+
+Stream& Stream::operator=(Stream&& other) noexcept {
+  if (this != &other) {
+    if (file_) std::fclose(release());
+    file_ = other.release();
+  }
+  return *this;
+}
+
+Stream::~Stream() {
+  if (file_) std::fclose(release());
+}
+
+std::FILE* Stream::release() {
+  std::FILE* file = file_;
+  file_ = nullptr;
+  return file;
+}
+
+bool Stream::Close() {
+  if (!file_) return false;
+  std::FILE* file = release();
+  errno = 0;
+  bool wroteAll = std::fflush(file) == 0 && !std::ferror(file);
+  int reason = errno;
+  bool closed = std::fclose(file) == 0;
+  if (wroteAll && !closed) reason = errno;
+  if (wroteAll && closed) return true;
+  // a write that failed earlier leaves no errno behind: the error mark is all there is
+  error_ = reason != 0 ? std::strerror(reason) : "Input/output error";
+  return false;
+}
+
+Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mode) {
+  name = SkipBlanks(name);
+  bool exists = mode == "exists";
+  std::string openMode = exists ? std::string("r") : std::string(mode);
+  Stream stream(platform::OpenFile(name, openMode.c_str()));
+  if (!stream && !exists) ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
+  return stream;
+}
+
+bool WrapFileClose(Stream& stream) { return stream.Close(); }
+
+bool FileExists(RunContext& ctx, std::string_view name) {
+  if (SkipBlanks(name).empty()) return false;
+  return static_cast<bool>(WrapFileOpen(ctx, name, "exists"));
+}
+
+int DeleteFiles(std::string_view pattern) {
+  if (pattern.find_first_of("?*") == std::string_view::npos) return platform::RemoveFile(pattern) ? 1 : 0;
+  std::string dir(platform::FolderPart(pattern));
+  FileFinder finder;
+  for (bool found = finder.First(pattern); found; found = finder.Next()) platform::RemoveFile(dir + finder.name());
+  finder.Close();
+  return 0;
+}
+
+int ShellMove(std::string_view from, std::string_view to) { return platform::MoveFile(from, to) ? 0 : 1; }
+
+int ReadByte(std::FILE* stream) { return stream ? std::getc(stream) : EOF; }
+
+int WriteByte(std::FILE* stream, int value) {
+  if (stream) std::putc(value & 0xFF, stream);
+  return value;
+}
+
+bool FileFinder::First(std::string_view pattern) {
+  Close();
+  names_ = platform::FindEntries(pattern);
+  at_ = 0;
+  found_ = !names_.empty();
+  return found_;
+}
+
+bool FileFinder::Next() {
+  if (found_ && ++at_ >= names_.size()) found_ = false;
+  return found_;
+}
+
+void FileFinder::Close() {
+  names_.clear();
+  at_ = 0;
+  found_ = false;
+}
+
+}  // namespace bgr

@@ -1,0 +1,66 @@
+// The one door through which the program opens, closes, deletes and moves files.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bgr {
+
+class RunContext;
+
+// Owns a C stream. Close tells whether every write reached the file; a stream
+// that goes out of scope unclosed is closed without a word, so a writer that
+// cares closes it itself.
+class Stream {
+ public:
+  Stream() = default;
+  explicit Stream(std::FILE* file) : file_(file) {}
+  Stream(Stream&& other) noexcept : file_(other.release()) {}
+  Stream& operator=(Stream&& other) noexcept;
+  Stream(const Stream&) = delete;
+  Stream& operator=(const Stream&) = delete;
+  ~Stream();
+
+  std::FILE* get() const { return file_; }
+  explicit operator bool() const { return file_ != nullptr; }
+  std::FILE* release();
+  // False for a closed stream, a write that failed on the way, or a failed close;
+  // the system's reason is then in error().
+  bool Close();
+  const std::string& error() const { return error_; }
+
+ private:
+  std::FILE* file_ = nullptr;
+  std::string error_;
+};
+
+Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mode);
+bool WrapFileClose(Stream& stream);
+bool FileExists(RunContext& ctx, std::string_view name);
+int DeleteFiles(std::string_view pattern);
+// Moves a file to another name; 0 when done, as the command interpreter's move.
+int ShellMove(std::string_view from, std::string_view to);
+
+// One byte of a stream, or EOF; a null stream gives EOF.
+int ReadByte(std::FILE* stream);
+int WriteByte(std::FILE* stream, int value);
+
+// A walk over the folder entries that match a pattern of '*' and '?'.
+class FileFinder {
+ public:
+  bool First(std::string_view pattern);
+  bool Next();
+  void Close();
+  bool found() const { return found_; }
+  const std::string& name() const { return names_[at_]; }
+
+ private:
+  std::vector<std::string> names_;
+  std::size_t at_ = 0;
+  bool found_ = false;
+};
+
+}  // namespace bgr

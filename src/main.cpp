@@ -1,3 +1,0 @@
-#include "frame/dispatcher.h"
-
-int main(int argc, char** argv) { return bgr::RunBgrtool(argc, argv); }
