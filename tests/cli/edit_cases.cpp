@@ -178,6 +178,16 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
     c.timeLine = false;
     cases.push_back(c);
   }
+  {
+    // a destination whose origin record is cut in its last word still has it
+    std::string cut = BgrBuilder().Origin(5, 6, 7).data;
+    cut.pop_back();
+    BgrBuilder source, want;
+    source.Origin(11, 22, 33).End();
+    want.Origin(5, 6, 7).End();
+    cases.push_back({"mg keeps a destination origin that the file cuts short", {"-mg", "s.bgr", "d.bgr"},
+                     {{"s.bgr", source.data}, {"d.bgr", cut}}, "", 1, {}, {{"d.bgr", want.data}}});
+  }
   cases.push_back({"pg with a missing file", {"-pg", "x.bgr"}, {}, "ERROR: BgrPurge source file 'x.bgr' not found\n", 0,
                    Missing("x.bgr", "BgrPurge source file 'x.bgr' not found"), {}, {"_TEMP_.BGR", "x.bgr"}});
 }

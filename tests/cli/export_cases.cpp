@@ -89,6 +89,15 @@ std::vector<CliCase> Cases() {
                    0,
                    {"INFO: WrapFileOpen(x.bgr, [00] rb) failed", "ERROR: BgrTxp source file 'x.bgr' not found"},
                    {{"x.txp", Bytes().Tag(kBegin).Tag(kEnd).data}}});
+  // no <bgno> in front: the open fails, yet the node behind it is read, its
+  // values cut off by the end of the file reading as 0
+  cases.push_back({"txd of a node cut after its tags writes zeros",
+                   {"-txd", "d.bgr"},
+                   {{"d.bgr", Bytes().Tag("<node>").Tag("<bgno>").Tag("<vloc>").data}},
+                   "ERROR: BgrTxd source file 'd.bgr' not found\n",
+                   0,
+                   {"ERROR: BgrTxd source file 'd.bgr' not found"},
+                   {{"d.txd", Bytes().Long(0).Long(1).Double(0).Double(0).Double(0).Double(0).data}}});
   return cases;
 }
 

@@ -50,6 +50,14 @@ std::vector<CliCase> Cases() {
                    Head() + "\n<indx> 0 0\n<pave> 3\n" + vertex + vertex + vertex +
                        "Range X: 2560 2560, Z: 5120 5120\nTell= " +
                        Hex8(cut.size()) + ", len= " + Hex8(cut.size()) + "\n"});
+  // a word cut by the end of the file is given back four bytes behind where the
+  // read left the stream: the listing ends 4 bytes before the end
+  Bytes cutWord;
+  cutWord.Tag("<bgno>").Tag("<tile>").Tag("<bgno>").Tag("<indx>").Long(0).Long(1).Tag("<pave>");
+  cases.push_back({"a section cut behind its tag gives its last word back", {"w.tms"}, {{"w.tms", cutWord.data}},
+                   "<orgn> (0 0'00.0000\"N 0 0'00.0000\"E)\n<tlxz> 8 8\n<feet> 1148846080 (0x447a0000 1000.000000)\n"
+                   "<lowl> 0.000000 0.000000 0.000000\n\n<indx> 0 1\n"
+                   "Range X: 9999999 -9999999, Z: 9999999 -9999999\nTell= 00000027, len= 0000002B\n"});
   return cases;
 }
 
