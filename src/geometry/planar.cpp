@@ -33,11 +33,12 @@ double TurnAngle(double x1, double y1, double x2, double y2, double x3, double y
 }
 
 double NorthFeet(double lat1, double, double lat2, double, double, double meridianFeet) {
-  return (lat2 - lat1) * meridianFeet / 1296000;
+  return (lat2 - lat1) * meridianFeet / 1296000;  // arc-seconds of the full circle
 }
 
 double EastFeet(double lat1, double lon1, double, double lon2, double equatorFeet, double) {
   double c = std::cos(lat1 / 3600 * kPi / 180);
+  // within a thousandth of the pole a degree of longitude has no width
   if (c < -0.001 || c > 0.001) return (lon2 - lon1) * equatorFeet * c / 1296000;
   return 0.0;
 }
@@ -140,14 +141,21 @@ double PlaneLine::LineDistance(double x, double y) const {
   return std::fabs((x * slope + (-1.0) * y + intercept) / norm);
 }
 
+namespace {
+// Five degrees short of the full and of the half circle: a difference from
+// there on counts less a full or a half circle.
+constexpr double kNearFullCircle = 6.19591884457987;
+constexpr double kNearHalfCircle = 3.0543261909900767;
+}  // namespace
+
 bool PlaneLine::Intersect(const PlaneLine& b, double* x, double* y, double minAngle) const {
   double d = slope - b.slope;
   if (d == 0) return false;
   if (minAngle != 0) {
     double a = std::fabs(angle - b.angle);
-    if (a >= 6.19591884457987) {
+    if (a >= kNearFullCircle) {
       a -= 2 * kPi;
-    } else if (a >= 3.0543261909900767) {
+    } else if (a >= kNearHalfCircle) {
       a -= kPi;
     }
     if (std::fabs(a) < minAngle) return false;

@@ -74,8 +74,6 @@ std::vector<CliCase> Cases() {
                    "<node>\n<bgno>\n<vloc> (2) -50.000000 1.000000 -20.000000\n<endo>\n"
                    "<edge>  0 1\n<bgno>\n<thck> 17096 100ft sp=0F\n<type>  1\n<endo>\n<endo>\n"
                    "WS= -50.000000 -20.000000, EN= 100.000000 200.500000\n"});
-  cases.push_back({"a later pr0 switches the values off again", {"-ls", "-pr0", "a.bgr"},
-                   {{"a.bgr", SmallNetwork()}}, kSmallListing});
   cases.push_back({"ls after pr0 switches them on", {"-pr0", "-ls0:0", "a.bgr"}, {{"a.bgr", SmallNetwork()}},
                    "<orgn>  171000.500000 -441000.250000 0.000000 1 (47 30'00.5000\"N 122 30'00.2499\"W)\n"
                    "<vloc> (0) 0.000000 0.000000 0.000000\n"
@@ -111,11 +109,7 @@ std::vector<CliCase> Cases() {
   cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {}, MissingLines("missing.bgr"), 0,
                    MissingReport("missing.bgr")});
   cases.push_back({"an unknown option is the file name", {"-xy"}, {}, MissingLines("-xy"), 0, MissingReport("-xy")});
-  cases.push_back({"an option cut inside its literal has no effect", {"-p", "a.bgr"}, {{"a.bgr", SmallNetwork()}},
-                   kSmallListing});
-  cases.push_back({"a scan that stops on a wrong character is no option", {"-prz", "a.bgr"}, {}, kUsage, 255});
   cases.push_back({"graph is not implemented", {"-gr", "x.tms"}, {}, "TEXTURESHOW_usage - not implemented\n"});
-  cases.push_back({"txp1 is no option", {"-txp1", "a.bgr"}, {}, kUsage, 255});
   cases.push_back({"an empty file lists only the bounds", {"e.bgr"}, {{"e.bgr", ""}}, kNoBounds});
   {
     BgrBuilder b;

@@ -73,7 +73,6 @@ TEST(Options, TextNamesAndCells) {
   EXPECT_EQ(s.refCell.column, 12);
   EXPECT_EQ(s.refCell.band, 345);
   Settings t;
-  EXPECT_EQ(t.refCell.column, -1);
   ScanAll({"-txp0", "-txp"}, t);
   EXPECT_EQ(t.mode, Mode::TxpExport);
   EXPECT_EQ(t.txpLevel, 0);

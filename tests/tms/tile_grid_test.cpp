@@ -131,9 +131,6 @@ TEST_F(Clip, TileIndexOutsideTheGridIsZero) {
   TileGrid unset;
   EXPECT_EQ(unset.TileIndexX(256000), 1);
   EXPECT_EQ(unset.TileSize, 256000);
-  EXPECT_TRUE(StrictlyBetween(5, 10, 0));
-  EXPECT_FALSE(StrictlyBetween(10, 10, 0));
-  EXPECT_FALSE(StrictlyBetween(5, 5, 5));
 }
 
 // Pieces of random shapes add up to the shape, each stored in the tile its mean lies in.

@@ -1,0 +1,21 @@
+# Installs from the machine's packages what the named commands and headers need,
+# when they are missing; sourced by the other scripts.
+need_packages() {
+  local missing=()
+  command -v cmake >/dev/null || missing+=(cmake)
+  command -v g++ >/dev/null || missing+=(g++)
+  for want in "$@"; do
+    case "$want" in
+      gtest) [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev) ;;
+      benchmark) [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev) ;;
+      valgrind) command -v valgrind >/dev/null || missing+=(valgrind) ;;
+    esac
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  if [ "$(id -u)" -ne 0 ] || ! command -v apt-get >/dev/null; then
+    echo "please install: ${missing[*]}" >&2
+    return 1
+  fi
+  apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq "${missing[@]}" >/dev/null
+}
