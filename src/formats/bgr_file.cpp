@@ -34,6 +34,17 @@ bool BgrFile::OpenRead(RunContext& ctx, std::string_view name) {
   return ReadTag("<bgno>");
 }
 
+bool BgrFile::AttachRead(RunContext& ctx, Stream stream, std::string_view name) {
+  Abandon();
+  context_ = &ctx;
+  name_ = name;
+  stream_ = std::move(stream);
+  window_.resize(kWindowBytes);
+  ResetWindow(0);
+  if (!stream_ || std::fseek(stream_.get(), 0, SEEK_SET) != 0) return false;
+  return ReadTag("<bgno>");
+}
+
 bool BgrFile::OpenWrite(RunContext& ctx, std::string_view name) {
   Abandon();
   context_ = &ctx;

@@ -42,6 +42,8 @@ class BgrFile {
   bool IsOpen() const { return static_cast<bool>(stream_); }
   bool OpenRead(RunContext& ctx, std::string_view name);
   bool OpenWrite(RunContext& ctx, std::string_view name);
+  // Reads an open stream from its start, as OpenRead reads a file.
+  bool AttachRead(RunContext& ctx, Stream stream, std::string_view name);
   // False, with an error line in the report, when a written file didn't reach
   // the disk whole.
   [[nodiscard]] bool Close();

@@ -1,36 +1,63 @@
 #include "formats/replace_by_temp.h"
 
-#include <string>
-
 #include "formats/bgr_file.h"
 #include "frame/file_access.h"
 #include "frame/run_context.h"
 
 namespace bgr {
 
-bool ReplaceByTemp(RunContext& ctx, bool ok, std::string_view target) {
-  if (!ok) {
-    DeleteFiles(kTempBgr);
-    return false;
+bool TempEdit::OpenTemp(BgrFile& temp, std::initializer_list<std::string_view> inputs) {
+  if (!held_) {
+    if (!lock_.Acquire(kTempBgr, kTempWaitMs)) {
+      if (lock_.busy()) {
+        ctx_.Report(command_ + " temp file '%s' is held by another run", kTempBgr);
+      } else {
+        // the file can't be made: the open says so in its own words, as always
+        if (temp.OpenWrite(ctx_, kTempBgr)) temp.Abandon();
+        ctx_.Report(command_ + " temp file '%s' not found", kTempBgr);
+      }
+      return false;
+    }
+    held_ = true;
   }
-  // The move replaces the target in one step, so there is no moment without
-  // it; should it fail, both files stay where the user can find them.
-  if (ShellMove(kTempBgr, target) == 0) return true;
-  ctx.Report("ReplaceByTemp cannot move '%s' to '%s'", kTempBgr, 0, 0, target);
+  for (std::string_view input : inputs) {
+    if (lock_.IsFile(input)) {
+      ctx_.Report(command_ + " cannot change '%s' in place: it is the temporary file itself", input);
+      lock_.Release();
+      held_ = false;
+      return false;
+    }
+  }
+  if (temp.OpenWrite(ctx_, kTempBgr)) return true;
+  ctx_.Report(command_ + " temp file '%s' not found", kTempBgr);
   return false;
 }
 
-int OpenSourceAndTemp(RunContext& ctx, BgrFile& source, BgrFile& temp, std::string_view name,
+bool TempEdit::Finish(bool ok, std::string_view target) {
+  if (!held_) return false;  // never touch a temporary file that this run doesn't hold
+  bool replaced = false;
+  if (!ok) {
+    DeleteFiles(kTempBgr);
+  } else if (ShellMove(kTempBgr, target) == 0) {
+    replaced = true;
+  } else {
+    // the move replaces the target in one step, so there is no moment without
+    // it; should it fail, both files stay where the user can find them
+    ctx_.Report("ReplaceByTemp cannot move '%s' to '%s'", kTempBgr, 0, 0, target);
+  }
+  lock_.Release();
+  held_ = false;
+  return replaced;
+}
+
+int OpenSourceAndTemp(RunContext& ctx, TempEdit& edit, BgrFile& source, BgrFile& temp, std::string_view name,
                       std::string_view command) {
   int ok = 1;
   if (!source.OpenRead(ctx, name)) {
     ok = 0;
     ctx.Report(std::string(command) + " source file '%s' not found", name);
   }
-  if (!temp.OpenWrite(ctx, kTempBgr)) {
-    ok = 0;
-    ctx.Report(std::string(command) + " temp file '%s' not found", kTempBgr);
-  }
+  if (!edit.OpenTemp(temp, {name})) ok = 0;
   return ok;
 }
 

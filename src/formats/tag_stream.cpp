@@ -14,9 +14,11 @@ bool TagStream::ScanTag(std::string& tag) {
   enum { kBefore, kInTag, kBehind } state = kBefore;
   tag.clear();
   if (!source_) return false;
+  long start = read_;
   for (;;) {
     int c = platform::GetByte(source_);
     if (c == EOF) return false;
+    ++read_;
     CopyByte(c);
     if (state == kBefore) {
       if (c != '<') {
@@ -30,18 +32,30 @@ bool TagStream::ScanTag(std::string& tag) {
       state = kInTag;
     }
     if (state == kInTag) {
-      if (tag.size() >= kMaxTagLength) return false;
+      if (tag.size() >= kMaxTagLength) {
+        cutAt_ = start;
+        return false;
+      }
       tag += static_cast<char>(c);
       if (c == '>') state = kBehind;
       continue;
     }
+    if (c != 0) cutAt_ = start;
     return c == 0;
   }
 }
 
+void TagStream::WarnIfCut(RunContext& ctx, std::string_view name) const {
+  if (cutAt_ < 0) return;
+  ctx.diagnostics().Printf(
+      "bgrtool: warning: '%.*s': the walk stopped behind byte %ld, where bytes inside a value look like a tag; "
+      "nothing after them was read\n",
+      static_cast<int>(name.size()), name.data(), cutAt_);
+}
+
 double TagStream::CopyDouble(double add) {
   double value = 0.0;  // a value cut short by the end of the file reads as 0
-  ReadF64(source_, value);
+  if (ReadF64(source_, value)) read_ += 8;
   double sum = value + add;
   if (copy_ && WriteF64(copy_, sum)) copied_ += 8;
   if (printValues_ != 0) {
@@ -55,7 +69,7 @@ double TagStream::CopyDouble(double add) {
 
 std::int32_t TagStream::CopyLong(std::int32_t add, std::int32_t divisor, bool quiet) {
   std::int32_t value = 0;
-  ReadI32(source_, value);
+  if (ReadI32(source_, value)) read_ += 4;
   std::int32_t sum = WrapAdd(value, add);
   if (copy_ && WriteI32(copy_, sum)) copied_ += 4;
   if (printValues_ != 0 && !quiet) {
@@ -73,23 +87,25 @@ bool TagStream::RewindCopy(long position) {
 }
 
 CopyStreams::CopyStreams(RunContext& ctx, std::string_view source, std::string_view destination) {
+  if (platform::SameFile(source, destination)) {
+    ok = 0;
+    ctx.Report("BgrMove source and destination are the same file '%s'", destination);
+    return;
+  }
   in = WrapFileOpen(ctx, source, "rb");
   if (!in) {
     ok = 0;
     ctx.Report("BgrMove source file '%s' not found", source);
   }
-  out = WrapFileOpen(ctx, destination, "wb");
-  if (!out) {
+  if (!out.Open(ctx, destination)) {
     ok = 0;
     ctx.Report("BgrMove dest file '%s' not openable", destination);
   }
 }
 
-bool CopyStreams::Close(RunContext& ctx, std::string_view destination) {
+int CopyStreams::Finish(RunContext& ctx) {
   WrapFileClose(in);
-  if (!out || WrapFileClose(out)) return true;
-  ctx.Report("BgrMove cannot write '%s': %s", destination, 0, 0, out.error());
-  return false;
+  return out.Finish(ctx, ok != 0, "BgrMove") ? 1 : 0;
 }
 
 }  // namespace bgr

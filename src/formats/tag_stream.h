@@ -30,6 +30,10 @@ class TagStream {
   double CopyDouble(double add);
   std::int32_t CopyLong(std::int32_t add, std::int32_t divisor = 1, bool quiet = false);
 
+  // When the walk ended before the end of the file (bytes inside a value that
+  // look like a tag), says so on standard error: nothing behind was read.
+  void WarnIfCut(RunContext& ctx, std::string_view name) const;
+
   // Bytes written to the copy so far; a rewind makes what follows overwrite.
   long copied() const { return copied_; }
   bool RewindCopy(long position);
@@ -47,17 +51,19 @@ class TagStream {
   std::FILE* copy_;
   std::int32_t printValues_;
   long copied_ = 0;
+  long read_ = 0;
+  long cutAt_ = -1;  // where a walk that didn't reach the end of the file stopped
 };
 
 // The source and destination of a byte-copying command (move, edge delete);
-// a failed open is reported in the commands' words and clears 'ok'.
+// a failed open is reported in the commands' words and clears 'ok'. A
+// destination that is the source itself is refused before anything is opened.
 struct CopyStreams {
   CopyStreams(RunContext& ctx, std::string_view source, std::string_view destination);
-  // Closes both; false, with an error line, when the destination didn't reach
-  // the disk whole.
-  [[nodiscard]] bool Close(RunContext& ctx, std::string_view destination);
+  // Puts the destination in place when all went well; the command's result.
+  [[nodiscard]] int Finish(RunContext& ctx);
   Stream in;
-  Stream out;
+  OutputFile out;
   int ok = 1;
 };
 

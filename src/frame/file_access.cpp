@@ -47,8 +47,57 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
   bool exists = mode == "exists";
   std::string openMode = exists ? std::string("r") : std::string(mode);
   Stream stream(platform::OpenFile(name, openMode.c_str()));
-  if (!stream && !exists) ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
+  if (!stream && !exists) {
+    ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
+    // a FIFO or device would block or never end: say why it is refused
+    if (platform::KindOf(name) == platform::PathKind::kOther ||
+        (openMode[0] == 'r' && platform::KindOf(name) == platform::PathKind::kDevice))
+      ctx.Report("WrapFileOpen '%s' is not a regular file", name);
+  }
   return stream;
+}
+
+OutputFile::~OutputFile() {
+  if (stream_ && !part_.empty()) {
+    std::fclose(stream_.release());
+    platform::RemoveFile(part_);
+  }
+}
+
+bool OutputFile::Open(RunContext& ctx, std::string_view name) {
+  name = SkipBlanks(name);
+  name_ = name;
+  part_.clear();
+  if (platform::KindOf(name) == platform::PathKind::kDevice) {
+    stream_ = WrapFileOpen(ctx, name, "wb");
+    return static_cast<bool>(stream_);
+  }
+  part_ = platform::PartNameBeside(name);
+  stream_ = Stream(platform::OpenFile(part_, "wb"));
+  if (!stream_) {
+    ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, "wb");
+    part_.clear();
+  }
+  return static_cast<bool>(stream_);
+}
+
+bool OutputFile::Finish(RunContext& ctx, bool ok, std::string_view command) {
+  if (!stream_) return false;
+  if (!ok) {
+    std::fclose(stream_.release());
+    if (!part_.empty()) platform::RemoveFile(part_);
+    return false;
+  }
+  std::string failure;
+  if (!stream_.Close()) {
+    failure = stream_.error();
+  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
+    failure = "the new file cannot take the old one's place";
+  }
+  if (failure.empty()) return true;
+  if (!part_.empty()) platform::RemoveFile(part_);
+  ctx.Report(std::string(command) + " cannot write '%s': %s", name_, 0, 0, failure);
+  return false;
 }
 
 bool WrapFileClose(Stream& stream) { return stream.Close(); }

@@ -38,6 +38,32 @@ class Stream {
 };
 
 Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mode);
+
+// An output file written under a part name beside its final name and put in
+// place in one rename when the command succeeded: until then, and after any
+// failure, the file of that name stays as it was.
+class OutputFile {
+ public:
+  OutputFile() = default;
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  // Opens for writing; a failed open is reported as WrapFileOpen reports it,
+  // under the final name.
+  bool Open(RunContext& ctx, std::string_view name);
+  std::FILE* get() const { return stream_.get(); }
+  explicit operator bool() const { return static_cast<bool>(stream_); }
+  // With ok, closes the file with every byte checked and puts it in place;
+  // otherwise drops it. A failure is an error line in the command's words.
+  // True when the file is in place.
+  bool Finish(RunContext& ctx, bool ok, std::string_view command);
+
+ private:
+  Stream stream_;
+  std::string name_;
+  std::string part_;  // empty while writing straight to the final name (a device)
+};
 bool WrapFileClose(Stream& stream);
 bool FileExists(RunContext& ctx, std::string_view name);
 int DeleteFiles(std::string_view pattern);

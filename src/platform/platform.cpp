@@ -4,9 +4,21 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <system_error>
+#include <thread>
+
+#if defined(_WIN32)
+#include <io.h>
+#include <process.h>
+#else
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace fs = std::filesystem;
 
@@ -64,12 +76,127 @@ std::string NativePath(std::string_view path) {
   return result;
 }
 
+namespace {
+
+PathKind KindOfNative(const std::string& native) {
+  std::error_code ec;
+  fs::file_status st = fs::status(native, ec);
+  switch (st.type()) {
+    case fs::file_type::not_found:
+      return PathKind::kMissing;
+    case fs::file_type::regular:
+      return PathKind::kRegular;
+    case fs::file_type::directory:
+      return PathKind::kDirectory;
+    case fs::file_type::character:
+    case fs::file_type::block:
+      return PathKind::kDevice;
+    default:
+      return ec ? PathKind::kMissing : PathKind::kOther;
+  }
+}
+
+#if !defined(_WIN32)
+// Forces a file's bytes, or a folder's entries, to the disk.
+bool SyncPath(const std::string& native, bool folder) {
+  int fd = ::open(native.empty() ? "." : native.c_str(), folder ? O_RDONLY | O_DIRECTORY : O_RDONLY);
+  if (fd < 0) return false;
+  bool ok = ::fsync(fd) == 0;
+  ::close(fd);
+  return ok;
+}
+#endif
+
+}  // namespace
+
+PathKind KindOf(std::string_view path) { return KindOfNative(NativePath(path)); }
+
 std::FILE* OpenFile(std::string_view path, const char* mode) {
   std::string native = NativePath(path);
   if (native.empty()) return nullptr;
-  std::error_code ec;
-  if (fs::is_directory(native, ec)) return nullptr;
+  PathKind kind = KindOfNative(native);
+  bool reading = mode[0] == 'r';
+  if (kind == PathKind::kDirectory || kind == PathKind::kOther || (reading && kind == PathKind::kDevice)) {
+    errno = kind == PathKind::kDirectory ? EISDIR : EINVAL;
+    return nullptr;
+  }
   return std::fopen(native.c_str(), mode);
+}
+
+bool SameFile(std::string_view a, std::string_view b) {
+  std::error_code ec;
+  return fs::equivalent(NativePath(a), NativePath(b), ec) && !ec;
+}
+
+bool TruncateStream(std::FILE* f, std::uint64_t size) {
+  if (!f || std::fflush(f) != 0) return false;
+#if defined(_WIN32)
+  return _chsize_s(_fileno(f), static_cast<long long>(size)) == 0;
+#else
+  return ::ftruncate(fileno(f), static_cast<off_t>(size)) == 0;
+#endif
+}
+
+std::string PartNameBeside(std::string_view path) {
+#if defined(_WIN32)
+  int pid = _getpid();
+#else
+  int pid = static_cast<int>(::getpid());
+#endif
+  return std::string(path) + "." + std::to_string(pid) + ".part";
+}
+
+bool FileLock::Acquire(std::string_view path, int waitMs) {
+  Release();
+  busy_ = false;
+#if defined(_WIN32)
+  (void)path;
+  (void)waitMs;
+  return true;
+#else
+  std::string native = NativePath(path);
+  std::int64_t until = NowMs() + waitMs;
+  for (;;) {
+    int fd = ::open(native.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0) return false;
+    if (::flock(fd, LOCK_EX | LOCK_NB) == 0) {
+      // the holder before us may have moved the file away: the lock must be
+      // on the file that stands at the path now
+      struct stat held, now;
+      if (::fstat(fd, &held) == 0 && ::stat(native.c_str(), &now) == 0 && held.st_dev == now.st_dev &&
+          held.st_ino == now.st_ino) {
+        fd_ = fd;
+        return true;
+      }
+      ::close(fd);
+      continue;
+    }
+    ::close(fd);
+    if (NowMs() >= until) {
+      busy_ = true;
+      return false;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+#endif
+}
+
+void FileLock::Release() {
+#if !defined(_WIN32)
+  if (fd_ >= 0) ::close(fd_);
+#endif
+  fd_ = -1;
+}
+
+bool FileLock::IsFile(std::string_view path) const {
+#if defined(_WIN32)
+  (void)path;
+  return false;
+#else
+  struct stat held, other;
+  return fd_ >= 0 && ::fstat(fd_, &held) == 0 && ::stat(NativePath(path).c_str(), &other) == 0 &&
+         held.st_dev == other.st_dev && held.st_ino == other.st_ino;
+#endif
 }
 
 bool RemoveFile(std::string_view path) {
@@ -84,8 +211,25 @@ bool MoveFile(std::string_view from, std::string_view to) {
   std::string target = NativePath(to);
   std::error_code ec;
   if (source.empty() || target.empty() || !fs::is_regular_file(source, ec)) return false;
+  if (fs::is_symlink(fs::symlink_status(target, ec))) {
+    fs::path resolved = fs::weakly_canonical(target, ec);
+    if (ec) return false;
+    target = resolved.string();
+  }
   if (fs::is_directory(target, ec)) return false;
+  fs::file_status old = fs::status(target, ec);
+  if (!ec && fs::is_regular_file(old)) fs::permissions(source, old.permissions(), ec);
+#if !defined(_WIN32)
+  struct stat owner;
+  if (::stat(target.c_str(), &owner) == 0 && ::chown(source.c_str(), owner.st_uid, owner.st_gid) != 0) {
+    // a file of another owner keeps only its mode: we may not give it away
+  }
+  if (!SyncPath(source, false)) return false;
+#endif
   fs::rename(source, target, ec);
+#if !defined(_WIN32)
+  if (!ec) SyncPath(fs::path(target).parent_path().string(), true);
+#endif
   if (!ec) return true;
   if (ec != std::errc::cross_device_link) return false;
   // Another file system: copy beside the target first, so the target is replaced

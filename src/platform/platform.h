@@ -15,15 +15,56 @@ namespace platform {
 // stay as given, so new files are created with the name the user wrote.
 std::string NativePath(std::string_view path);
 
-// fopen of a path text; refuses directories, as the source system's fopen does.
+enum class PathKind { kMissing, kRegular, kDirectory, kDevice, kOther };
+// What stands at a path, its last link followed: kOther is a FIFO, a socket or
+// the like, which would block or never end a read.
+PathKind KindOf(std::string_view path);
+
+// fopen of a path text. Refuses directories, as the source system's fopen does,
+// and anything but a regular file for reading (a device or FIFO never ends or
+// blocks); writes may also go to a device such as /dev/null.
 std::FILE* OpenFile(std::string_view path, const char* mode);
+
+// Both paths name one existing file, however they are spelled.
+bool SameFile(std::string_view a, std::string_view b);
+
+// Cuts an open stream's file to its first 'size' bytes.
+bool TruncateStream(std::FILE* f, std::uint64_t size);
+
+// A name for a new file beside 'path' in its folder, unique to this process.
+std::string PartNameBeside(std::string_view path);
+
+// An exclusive lock on a file between runs: taken on the file at a path
+// (created empty when missing, never truncated by the taking), held until
+// Release or destruction, so a second run waits or gives up.
+class FileLock {
+ public:
+  FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  ~FileLock() { Release(); }
+  // Waits up to waitMs for another holder; false when it still holds the file
+  // or the file can't be made.
+  bool Acquire(std::string_view path, int waitMs);
+  void Release();
+  // The locked file is the one at 'path'.
+  bool IsFile(std::string_view path) const;
+  // The last Acquire gave up because another run held the file.
+  bool busy() const { return busy_; }
+
+ private:
+  int fd_ = -1;
+  bool busy_ = false;
+};
 
 // Removes a file (never a directory). True when it is gone.
 bool RemoveFile(std::string_view path);
 
 // Puts 'from' at the name 'to', replacing an existing 'to' in one step where the
-// file system allows it, and across file systems by a copy. On failure both files
-// stay where they were.
+// file system allows it, and across file systems by a copy. The new file reaches
+// the disk first; it takes the mode of the file it replaces, and a 'to' that is
+// a symbolic link has the file it points to replaced. On failure both files stay
+// where they were.
 bool MoveFile(std::string_view from, std::string_view to);
 
 // Cuts a file to its first 'size' bytes.

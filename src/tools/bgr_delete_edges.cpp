@@ -34,15 +34,13 @@ int BgrDeleteEdges(RunContext& ctx, const Settings& s, std::string_view source, 
     }
     tags.RewindCopy(mark);  // what follows overwrites the edge
   }
-  long end = tags.copied();
-  bool haveCopy = static_cast<bool>(files.out);
-  bool written = files.Close(ctx, destination);
+  tags.WarnIfCut(ctx, source);
   // no byte of a deleted record may stay behind the last write
-  if (written && haveCopy && !platform::TruncateFile(destination, static_cast<std::uint64_t>(end))) {
+  if (files.out && !platform::TruncateStream(files.out.get(), static_cast<std::uint64_t>(tags.copied()))) {
     ctx.Report("BgrMove cannot write '%s': %s", destination, 0, 0, "the file cannot be cut to its new length");
-    written = false;
+    files.ok = 0;
   }
-  return written ? files.ok : 0;
+  return files.Finish(ctx);
 }
 
 }  // namespace bgr

@@ -3,6 +3,7 @@
 
 #include "formats/bgr_file.h"
 #include "formats/replace_by_temp.h"
+#include "frame/file_access.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/node_table.h"
@@ -15,19 +16,59 @@ namespace {
 
 constexpr std::int32_t kEditListBytes = 10240;  // room for the lines of one script
 
+// A script is applied as a whole or not at all: each pass writes _TEMP_.BGR
+// from what the pass before it made (the file itself for the first), and only
+// the end of the script puts the result in the file's place.
+struct ScriptEdit {
+  ScriptEdit(RunContext& c, std::string_view f) : ctx(c), file(f), edit(c, "Bgr") {}
+  RunContext& ctx;
+  std::string_view file;
+  TempEdit edit;
+  Stream previous;  // what the last pass wrote, in a scratch file of no name
+  bool anyPass = false;
+};
+
+// The copy of _TEMP_.BGR that the next pass reads, while the pass writes anew.
+Stream ScratchCopyOfTemp(RunContext& ctx) {
+  Stream scratch(std::tmpfile());
+  Stream temp(platform::OpenFile(kTempBgr, "rb"));
+  if (!scratch || !temp) {
+    ctx.Report("Bgr cannot keep '%s' between the lines of the script", kTempBgr);
+    return {};
+  }
+  char buffer[65536];
+  for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, temp.get())) > 0;) {
+    if (std::fwrite(buffer, 1, n, scratch.get()) != n) {
+      ctx.Report("Bgr cannot keep '%s' between the lines of the script", kTempBgr);
+      return {};
+    }
+  }
+  return scratch;
+}
+
 // The frame that every operation shares: the source, _TEMP_.BGR, the origin,
-// the operation's own work, and the swap.
+// the operation's own work.
 template <class Work>
-int EditPass(RunContext& ctx, std::string_view file, Work work) {
+int EditPass(ScriptEdit& e, Work work) {
   BgrFile in, temp;
-  int ok = OpenSourceAndTemp(ctx, in, temp, file, "Bgr");
+  int ok = 1;
+  if (e.anyPass) {
+    in.AttachRead(e.ctx, std::move(e.previous), kTempBgr);
+  } else if (!in.OpenRead(e.ctx, e.file)) {
+    ok = 0;
+    e.ctx.Report("Bgr source file '%s' not found", e.file);
+  }
+  if (!e.edit.OpenTemp(temp, {e.file})) ok = 0;
   OriginRecord origin;
   in.ReadOrigin(origin);
   temp.WriteOrigin(origin);
   work(in, temp);
   in.Abandon();
   bool written = temp.Close();
-  return ReplaceByTemp(ctx, ok != 0 && written, file) ? 1 : 0;
+  e.anyPass = true;
+  if (ok == 0 || !written) return 0;
+  e.previous = ScratchCopyOfTemp(e.ctx);
+  return e.previous ? 1 : 0;
 }
 
 // Reads all nodes of the file into the table.
@@ -59,10 +100,9 @@ bool ScanCommand(const std::string& line, const char* head, const char* format, 
   return std::sscanf(line.c_str(), format, a, b, c) != 0;
 }
 
-int BgrReplaceEdges(RunContext& ctx, std::string_view file, std::int32_t first, std::int32_t second,
-                    std::int32_t tolerance) {
+int BgrReplaceEdges(ScriptEdit& e, std::int32_t first, std::int32_t second, std::int32_t tolerance) {
   NodeTable nodes("Bgr cannot allocate points");
-  return EditPass(ctx, file, [&](BgrFile& in, BgrFile& out) {
+  return EditPass(e, [&](BgrFile& in, BgrFile& out) {
     NodeRecord node;
     while (in.ReadNode(node)) {
       out.WriteNode(node);
@@ -89,10 +129,9 @@ int BgrReplaceEdges(RunContext& ctx, std::string_view file, std::int32_t first, 
   });
 }
 
-int BgrAlignNodes(RunContext& ctx, std::string_view file, std::int32_t first, std::int32_t second,
-                  std::int32_t tolerance) {
+int BgrAlignNodes(ScriptEdit& e, std::int32_t first, std::int32_t second, std::int32_t tolerance) {
   NodeTable nodes("Bgr cannot allocate points");
-  return EditPass(ctx, file, [&](BgrFile& in, BgrFile& out) {
+  return EditPass(e, [&](BgrFile& in, BgrFile& out) {
     ReadAllNodes(in, nodes);
     bool valid = Valid(nodes, first, second);
     IntLine line;
@@ -113,8 +152,8 @@ int BgrAlignNodes(RunContext& ctx, std::string_view file, std::int32_t first, st
   });
 }
 
-int BgrWidthEdges(RunContext& ctx, std::string_view file, std::int32_t smallest, std::int32_t largest) {
-  return EditPass(ctx, file, [&](BgrFile& in, BgrFile& out) {
+int BgrWidthEdges(ScriptEdit& e, std::int32_t smallest, std::int32_t largest) {
+  return EditPass(e, [&](BgrFile& in, BgrFile& out) {
     NodeRecord node;
     while (in.ReadNode(node)) out.WriteNode(node);
     EdgeRecord edge;
@@ -137,21 +176,23 @@ int BgrEditScript(RunContext& ctx, std::string_view file, std::string_view scrip
   STRING_LIST list(ctx);
   int result = list.Create(kEditListBytes) && list.Load(script) > 0 ? 1 : 0;
   if (result == 0) return 0;
+  ScriptEdit edit(ctx, file);
   for (auto line = list.First("<bgr-", nullptr); line && result != 0; line = STRING_LIST::Next(ctx, nullptr)) {
     std::int32_t a = -1, b = -1, c = 10;
     if (ScanCommand(*line, "replace-edges>", "replace-edges> %d %d %d", &a, &b, &c)) {
-      result = BgrReplaceEdges(ctx, file, a, b, c);
+      result = BgrReplaceEdges(edit, a, b, c);
       continue;
     }
     a = -1, b = -1, c = 10;
     if (ScanCommand(*line, "align-nodes>", "align-nodes> %d %d %d", &a, &b, &c)) {
-      result = BgrAlignNodes(ctx, file, a, b, c);
+      result = BgrAlignNodes(edit, a, b, c);
       continue;
     }
     a = 25, b = 100;
-    if (ScanCommand(*line, "width-edges>", "width-edges> %d %d", &a, &b, &c)) result = BgrWidthEdges(ctx, file, a, b);
+    if (ScanCommand(*line, "width-edges>", "width-edges> %d %d", &a, &b, &c)) result = BgrWidthEdges(edit, a, b);
   }
-  return result;
+  if (!edit.anyPass) return result;
+  return edit.edit.Finish(result != 0, file) ? 1 : 0;
 }
 
 }  // namespace bgr

@@ -51,6 +51,8 @@ class BgrLister {
     out_.Printf("WS= %lf %lf, EN= %lf %lf\n", west_, south_, east_, north_);
   }
 
+  const TagStream& tags() const { return tags_; }
+
  private:
   // A tag as "%s" shows it: up to a zero byte.
   void PutTag(const std::string& tag) { out_.Write(tag.c_str()); }
@@ -126,7 +128,9 @@ int BgrList(RunContext& ctx, const Settings& settings, std::string_view name) {
     result = 0;
     ctx.Report("BgrList source file '%s' not found", name);
   }
-  BgrLister(ctx, settings, source.get()).Run();
+  BgrLister lister(ctx, settings, source.get());
+  lister.Run();
+  lister.tags().WarnIfCut(ctx, name);
   return result;
 }
 

@@ -39,16 +39,19 @@ void CopyEdges(BgrFile& from, BgrFile& to, std::int32_t offset) {
 
 int BgrMerge(RunContext& ctx, std::string_view source, std::string_view destination) {
   int result = 1;
+  TempEdit edit(ctx, "BgrMerge");
   BgrFile src, dst, temp;
   if (!src.OpenRead(ctx, source)) {
     result = 0;
     ctx.Report("BgrMerge source file '%s' not found", source);
   }
   dst.OpenRead(ctx, destination);
-  if (!temp.OpenWrite(ctx, kTempBgr)) {
+  // a destination that is there but can't be read would be replaced by the source alone
+  if (!dst.IsOpen() && platform::KindOf(destination) != platform::PathKind::kMissing) {
     result = 0;
-    ctx.Report("BgrMerge temp file '%s' not found", kTempBgr);
+    ctx.Report("BgrMerge dest file '%s' not readable", destination);
   }
+  if (!edit.OpenTemp(temp, {source, destination})) result = 0;
   TEXPOINTS points;
   points.Attach(&ctx);
   OriginRecord origin, srcOrigin;
@@ -64,7 +67,7 @@ int BgrMerge(RunContext& ctx, std::string_view source, std::string_view destinat
   src.Abandon();
   dst.Abandon();
   bool written = temp.Close();
-  return ReplaceByTemp(ctx, result != 0 && written, destination) ? 1 : 0;
+  return edit.Finish(result != 0 && written, destination) ? 1 : 0;
 }
 
 }  // namespace bgr

@@ -32,7 +32,8 @@ int BgrMove(RunContext& ctx, const Settings& s, std::string_view source, std::st
     }
     node = WrapAdd(node, 1);
   }
-  return files.Close(ctx, destination) ? files.ok : 0;
+  tags.WarnIfCut(ctx, source);
+  return files.Finish(ctx);
 }
 
 }  // namespace bgr

@@ -10,8 +10,9 @@ int BgrPurge(RunContext& ctx, std::string_view name) {
   constexpr double kTolerance = 5.0;  // feet on each axis within which nodes join
   NodeTable whole("BgrPurge cannot allocate points");
   KeptNodes kept(kTolerance);
+  TempEdit edit(ctx, "BgrPurge");
   BgrFile in, temp;
-  int result = OpenSourceAndTemp(ctx, in, temp, name, "BgrPurge");
+  int result = OpenSourceAndTemp(ctx, edit, in, temp, name, "BgrPurge");
   OriginRecord origin;
   in.ReadOrigin(origin);
   temp.WriteOrigin(origin);
@@ -38,7 +39,7 @@ int BgrPurge(RunContext& ctx, std::string_view name) {
   }
   in.Abandon();
   bool written = temp.Close();
-  return ReplaceByTemp(ctx, result != 0 && written, name) ? 1 : 0;
+  return edit.Finish(result != 0 && written, name) ? 1 : 0;
 }
 
 }  // namespace bgr

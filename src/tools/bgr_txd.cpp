@@ -29,8 +29,8 @@ int BgrTxd(RunContext& ctx, std::string_view file) {
   }
   std::string dest(file);
   SetExtension(dest, "txd");
-  Stream out = WrapFileOpen(ctx, dest, "wb");
-  if (!out) {
+  OutputFile out;
+  if (!out.Open(ctx, dest)) {
     ok = 0;
     ctx.Report("BgrTxd dest file '%s' not openable", dest);
   }
@@ -65,11 +65,7 @@ int BgrTxd(RunContext& ctx, std::string_view file) {
   }
   if (f && std::fseek(f, 0, SEEK_SET) == 0) WriteI32(f, edgeCount);
   in.Abandon();
-  if (out && !WrapFileClose(out)) {
-    ctx.Report("BgrTxd cannot write '%s': %s", dest, 0, 0, out.error());
-    ok = 0;
-  }
-  return ok;
+  return out.Finish(ctx, ok != 0, "BgrTxd") ? 1 : 0;
 }
 
 }  // namespace bgr

@@ -33,8 +33,8 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   }
   std::string dest(file);
   SetExtension(dest, "txp");
-  Stream out = WrapFileOpen(ctx, dest, "wb");
-  if (!out) {
+  OutputFile out;
+  if (!out.Open(ctx, dest)) {
     ok = 0;
     ctx.Report("BgrTxp dest file '%s' not openable", dest);
   }
@@ -67,6 +67,7 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
       count = WrapAdd(count, 1);
     }
   }
+  tags.WarnIfCut(ctx, file);
   if (count > 0 && s.txpLevel == 0) {
     WriteMarker(f, "<poly> ---- polygon ----");
     WriteMarker(f, kBeginObject);
@@ -78,11 +79,7 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   WriteMarker(f, kEndObject);
   if (s.txpLevel == 0 && count > 0 && f && std::fseek(f, countAt, SEEK_SET) == 0) WriteI32(f, count);
   WrapFileClose(in);
-  if (out && !WrapFileClose(out)) {
-    ctx.Report("BgrTxp cannot write '%s': %s", dest, 0, 0, out.error());
-    ok = 0;
-  }
-  return ok;
+  return out.Finish(ctx, ok != 0, "BgrTxp") ? 1 : 0;
 }
 
 }  // namespace bgr

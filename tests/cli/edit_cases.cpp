@@ -54,13 +54,20 @@ void MoveAndDelete(std::vector<CliCase>& cases) {
     cases.push_back({"mv carries unknown tags and flow marks through", {"-mv10:0:1:1", "a.bgr", "b.bgr"},
                      {{"a.bgr", b.data}}, "", 1, {}, {{"b.bgr", want.data}}});
   }
-  cases.push_back({"mv with a missing source leaves an empty destination",
+  cases.push_back({"mv with a missing source leaves the destination as it was",
                    {"-mv1", "x.bgr", "b.bgr"},
                    {{"b.bgr", Triangle()}},
                    "ERROR: BgrMove source file 'x.bgr' not found\n",
                    0,
                    Missing("x.bgr", "BgrMove source file 'x.bgr' not found"),
-                   {{"b.bgr", ""}}});
+                   {{"b.bgr", Triangle()}}});
+  cases.push_back({"mv onto its own source under another case is refused",
+                   {"-mv1", "a.bgr", "A.BGR"},
+                   {{"a.bgr", Triangle()}},
+                   "ERROR: BgrMove source and destination are the same file 'A.BGR'\n",
+                   0,
+                   {"ERROR: BgrMove source and destination are the same file 'A.BGR'"},
+                   {{"a.bgr", Triangle()}}});
   cases.push_back({"de deletes the edges between two nodes either way", {"-de0:1", "a.bgr", "b.bgr"},
                    {{"a.bgr", Triangle()}}, "Deleted 0 1\nDeleted 1 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({2, 3})}}});
   cases.push_back({"de with one node deletes all its edges", {"-de2", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}},
@@ -188,6 +195,13 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
     cases.push_back({"mg keeps a destination origin that the file cuts short", {"-mg", "s.bgr", "d.bgr"},
                      {{"s.bgr", source.data}, {"d.bgr", cut}}, "", 1, {}, {{"d.bgr", want.data}}});
   }
+  cases.push_back({"pg of the temporary file itself is refused",
+                   {"-pg", "_temp_.bgr"},
+                   {{"_TEMP_.BGR", Triangle()}},
+                   "ERROR: BgrPurge cannot change '_temp_.bgr' in place: it is the temporary file itself\n",
+                   0,
+                   {"ERROR: BgrPurge cannot change '_temp_.bgr' in place: it is the temporary file itself"},
+                   {{"_TEMP_.BGR", Triangle()}}});
   cases.push_back({"pg with a missing file", {"-pg", "x.bgr"}, {}, "ERROR: BgrPurge source file 'x.bgr' not found\n", 0,
                    Missing("x.bgr", "BgrPurge source file 'x.bgr' not found"), {}, {"_TEMP_.BGR", "x.bgr"}});
 }

@@ -39,13 +39,14 @@ std::vector<CliCase> Cases() {
     cases.push_back({"txd of nodes without edges", {"-txd", "n.bgr"}, {{"n.bgr", b.data}}, "", 1, {},
                      {{"n.txd", txd.data}}});
   }
-  cases.push_back({"txd of a missing source still writes the counts",
+  // a failed export leaves the file of its name as it was
+  cases.push_back({"txd of a missing source leaves the old export",
                    {"-txd", "x.bgr"},
-                   {},
+                   {{"x.txd", "old"}},
                    "ERROR: BgrTxd source file 'x.bgr' not found\n",
                    0,
                    {"INFO: WrapFileOpen(x.bgr, [00] rb) failed", "ERROR: BgrTxd source file 'x.bgr' not found"},
-                   {{"x.txd", Bytes().Long(0).Long(0).data}}});
+                   {{"x.txd", "old"}}});
   {
     Bytes txp;
     txp.Tag(kBegin).Tag("<orgn> ---- origin ----").Double(171000.5).Double(-441000.25).Double(9).Long(1);
@@ -82,21 +83,17 @@ std::vector<CliCase> Cases() {
     cases.push_back({"txp of a network without nodes", {"-txp", "e.bgr"}, {{"e.bgr", b.data}}, "", 1, {},
                      {{"e.txp", txp.data}}});
   }
-  cases.push_back({"txp of a missing source writes the two markers",
+  cases.push_back({"txp of a missing source writes nothing",
                    {"-txp", "x.bgr"},
                    {},
                    "ERROR: BgrTxp source file 'x.bgr' not found\n",
                    0,
                    {"INFO: WrapFileOpen(x.bgr, [00] rb) failed", "ERROR: BgrTxp source file 'x.bgr' not found"},
-                   {{"x.txp", Bytes().Tag(kBegin).Tag(kEnd).data}}});
-  // no <bgno> in front: the open fails, yet the node behind it is read, its
-  // values cut off by the end of the file reading as 0
-  cases.push_back({"txd of a node cut after its tags writes zeros",
-                   {"-txd", "d.bgr"},
-                   {{"d.bgr", Bytes().Tag("<node>").Tag("<bgno>").Tag("<vloc>").data}},
-                   "ERROR: BgrTxd source file 'd.bgr' not found\n",
-                   0,
-                   {"ERROR: BgrTxd source file 'd.bgr' not found"},
+                   {},
+                   {"x.txp"}});
+  // the values of a node cut off by the end of the file read as 0
+  cases.push_back({"txd of a node cut after its tags writes zeros", {"-txd", "d.bgr"},
+                   {{"d.bgr", Bytes().Tag("<bgno>").Tag("<node>").Tag("<bgno>").Tag("<vloc>").data}}, "", 1, {},
                    {{"d.txd", Bytes().Long(0).Long(1).Double(0).Double(0).Double(0).Double(0).data}}});
   return cases;
 }

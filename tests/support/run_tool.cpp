@@ -1,10 +1,12 @@
 #include "support/run_tool.h"
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <regex>
 #include <sstream>
@@ -27,7 +29,8 @@ std::vector<std::string> Wrapper() {
 
 }  // namespace
 
-ToolRun RunTool(const std::string& binary, const std::string& dir, const std::vector<std::string>& args) {
+ToolRun RunTool(const std::string& binary, const std::string& dir, const std::vector<std::string>& args,
+                long fileSizeLimit) {
   std::vector<std::string> wrapper = Wrapper();
   if (!wrapper.empty()) {
     // found as a bare name on the PATH, so that its report lands in the run's folder
@@ -41,6 +44,11 @@ ToolRun RunTool(const std::string& binary, const std::string& dir, const std::ve
     close(pipeFd[0]);
     close(pipeFd[1]);
     if (chdir(dir.c_str()) != 0) _exit(127);
+    if (fileSizeLimit >= 0) {
+      std::signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails instead of ending the process
+      rlimit limit{static_cast<rlim_t>(fileSizeLimit), static_cast<rlim_t>(fileSizeLimit)};
+      setrlimit(RLIMIT_FSIZE, &limit);
+    }
     std::vector<std::string> words = wrapper;
     words.push_back("bgrtool");
     words.insert(words.end(), args.begin(), args.end());

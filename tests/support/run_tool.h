@@ -12,7 +12,10 @@ struct ToolRun {
 
 // Runs the built binary in 'dir', started by the bare name "bgrtool", so its
 // report.txt lands in 'dir'.
-ToolRun RunTool(const std::string& binary, const std::string& dir, const std::vector<std::string>& args);
+// With a fileSizeLimit of 0 or more, no file can grow past that many bytes:
+// a write beyond fails as on a full disk.
+ToolRun RunTool(const std::string& binary, const std::string& dir, const std::vector<std::string>& args,
+                long fileSizeLimit = -1);
 
 // Report or console text with the banner's credit and the TIME value replaced:
 // "<banner>" (the leading blank or line break stays) and "TIME= <t> sec".

@@ -1,0 +1,132 @@
+// No user file is lost or damaged: every writing command under a file-size
+// limit swept over its output, two in-place commands at once in one folder,
+// links, modes, FIFOs and the temporary file as a target.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <map>
+#include <thread>
+
+#include "support/bgr_builder.h"
+#include "support/run_tool.h"
+#include "support/temp_dir.h"
+
+namespace bgrtest {
+namespace {
+
+namespace fs = std::filesystem;
+using Files = std::map<std::string, std::string>;
+
+std::string Network(int nodes, double shift) {
+  BgrBuilder b;
+  b.Origin(171000.5, -441000.25);
+  for (int i = 0; i < nodes; ++i) b.Node(i * 7 + shift, 0, (i % 5) * 3);
+  for (int i = 0; i + 1 < nodes; ++i) b.Edge(i, i + 1, 16904 + i, 15, i % 2);
+  return b.End().data;
+}
+
+Files Inputs() {
+  return {{"a.bgr", Network(40, 0.5)}, {"b.bgr", "old b"},    {"c.bgr", Network(30, 100.25)},
+          {"a.txd", "old txd"},        {"a.txp", "old txp"}, {"fix.txt", "<bgr-width-edges> 50 80\n<bgr-align-nodes> 0 9 2\n"}};
+}
+
+// The files of a folder, the report left out: it is no user file.
+Files Snapshot(const TempDir& dir) {
+  Files files;
+  for (const auto& entry : fs::directory_iterator(dir.path())) {
+    std::string name = entry.path().filename().string();
+    if (name != "report.txt") files[name] = dir.Read(name);
+  }
+  return files;
+}
+
+Files RunIn(const std::vector<std::string>& args, long limit, ToolRun& run) {
+  TempDir dir;
+  for (const auto& [name, bytes] : Inputs()) dir.Write(name, bytes);
+  run = RunTool(BGRTOOL_PATH, dir.path(), args, limit);
+  return Snapshot(dir);
+}
+
+// Each run either does all of its work or fails with a message and leaves
+// every file as it was.
+TEST(Faults, EveryWritingCommandSucceedsWholeOrChangesNothing) {
+  const std::vector<std::vector<std::string>> commands = {
+      {"-mv1:2", "a.bgr", "b.bgr"}, {"-de3", "a.bgr", "b.bgr"}, {"-mg", "c.bgr", "a.bgr"}, {"-pg", "a.bgr"},
+      {"-rsfix.txt", "a.bgr"},      {"-txd", "a.bgr"},          {"-txp", "a.bgr"},         {"-txp0", "a.bgr"}};
+  int runs = 0;
+  for (const auto& args : commands) {
+    ToolRun run;
+    Files done = RunIn(args, -1, run);
+    ASSERT_EQ(run.exitStatus, 1) << args[0];
+    int failed = 0;
+    std::size_t largest = 0;
+    for (const auto& [name, bytes] : done) largest = std::max(largest, bytes.size());
+    for (long limit = 0; limit <= static_cast<long>(largest) + 64; limit += 61, ++runs) {
+      Files after = RunIn(args, limit, run);
+      if (run.exitStatus == 1) {
+        EXPECT_EQ(after, done) << args[0] << " at " << limit;
+      } else {
+        ++failed;
+        EXPECT_EQ(run.exitStatus, 0) << args[0] << " at " << limit;
+        EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << args[0] << " at " << limit;
+        EXPECT_EQ(after, Inputs()) << args[0] << " at " << limit;
+      }
+    }
+    EXPECT_GT(failed, 0) << args[0] << ": the limit never bit";
+  }
+  EXPECT_GT(runs, 100);
+}
+
+TEST(Faults, TwoPurgesInOneFolderTakeTurnsOnTheTemporaryFile) {
+  TempDir once;
+  once.Write("p.bgr", Network(400, 0.5));
+  once.Write("q.bgr", Network(300, 3.25));
+  RunTool(BGRTOOL_PATH, once.path(), {"-pg", "p.bgr"});
+  RunTool(BGRTOOL_PATH, once.path(), {"-pg", "q.bgr"});
+  for (int round = 0; round < 40; ++round) {
+    TempDir dir;
+    dir.Write("p.bgr", Network(400, 0.5));
+    dir.Write("q.bgr", Network(300, 3.25));
+    ToolRun first;
+    std::thread other([&] { first = RunTool(BGRTOOL_PATH, dir.path(), {"-pg", "p.bgr"}); });
+    ToolRun second = RunTool(BGRTOOL_PATH, dir.path(), {"-pg", "q.bgr"});
+    other.join();
+    ASSERT_EQ(first.exitStatus, 1) << round;
+    ASSERT_EQ(second.exitStatus, 1) << round;
+    ASSERT_EQ(dir.Read("p.bgr"), once.Read("p.bgr")) << round;
+    ASSERT_EQ(dir.Read("q.bgr"), once.Read("q.bgr")) << round;
+    ASSERT_FALSE(dir.Exists("_TEMP_.BGR")) << round;
+  }
+}
+
+TEST(Faults, AnInPlaceEditKeepsLinksAndModes) {
+  TempDir dir;
+  dir.Write("real.bgr", Network(20, 0.5));
+  chmod((dir / "real.bgr").c_str(), 0640);
+  fs::create_symlink("real.bgr", dir / "link.bgr");
+  ToolRun run = RunTool(BGRTOOL_PATH, dir.path(), {"-pg", "link.bgr"});
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_TRUE(fs::is_symlink(dir / "link.bgr"));
+  EXPECT_EQ(fs::status(dir / "real.bgr").permissions(), fs::perms(0640));
+  EXPECT_NE(dir.Read("real.bgr"), Network(20, 0.5));
+}
+
+TEST(Faults, FifosAreRefusedAndNeverWaitedFor) {
+  TempDir dir;
+  dir.Write("a.bgr", Network(5, 0.5));
+  mkfifo((dir / "report.txt").c_str(), 0644);
+  mkfifo((dir / "f.bgr").c_str(), 0644);
+  ToolRun list = RunTool(BGRTOOL_PATH, dir.path(), {"f.bgr"});
+  EXPECT_EQ(list.exitStatus, 0);
+  EXPECT_NE(list.out.find("ERROR: WrapFileOpen 'report.txt' is not a regular file\n"), std::string::npos);
+  EXPECT_NE(list.out.find("ERROR: WrapFileOpen 'f.bgr' is not a regular file\n"), std::string::npos);
+  ToolRun merge = RunTool(BGRTOOL_PATH, dir.path(), {"-mg", "a.bgr", "f.bgr"});
+  EXPECT_EQ(merge.exitStatus, 0);
+  EXPECT_NE(merge.out.find("ERROR: BgrMerge dest file 'f.bgr' not readable\n"), std::string::npos);
+  EXPECT_EQ(fs::status(dir / "f.bgr").type(), fs::file_type::fifo);
+}
+
+}  // namespace
+}  // namespace bgrtest
