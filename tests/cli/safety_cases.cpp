@@ -79,6 +79,25 @@ TEST(Faults, EveryWritingCommandSucceedsWholeOrChangesNothing) {
   EXPECT_GT(runs, 100);
 }
 
+// A failing rename or sync before the new file takes its place: the target
+// stays; an in-place edit may leave _TEMP_.BGR beside it, as its message says.
+TEST(Faults, AFailingRenameOrSyncChangesNothing) {
+  const std::vector<std::vector<std::string>> commands = {
+      {"-mv1:2", "a.bgr", "b.bgr"}, {"-pg", "a.bgr"}, {"-mg", "c.bgr", "a.bgr"}, {"-rsfix.txt", "a.bgr"}, {"-txd", "a.bgr"}};
+  for (const auto& args : commands) {
+    for (std::string call : {"rename:1", "fsync:1"}) {
+      TempDir dir;
+      for (const auto& [name, bytes] : Inputs()) dir.Write(name, bytes);
+      ToolRun run = RunTool(BGRTOOL_PATH, dir.path(), args, -1, call);
+      Files after = Snapshot(dir);
+      after.erase("_TEMP_.BGR");
+      EXPECT_EQ(run.exitStatus, 0) << args[0] << " " << call;
+      EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << args[0] << " " << call;
+      EXPECT_EQ(after, Inputs()) << args[0] << " " << call;
+    }
+  }
+}
+
 TEST(Faults, TwoPurgesInOneFolderTakeTurnsOnTheTemporaryFile) {
   TempDir once;
   once.Write("p.bgr", Network(400, 0.5));

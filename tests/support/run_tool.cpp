@@ -30,7 +30,7 @@ std::vector<std::string> Wrapper() {
 }  // namespace
 
 ToolRun RunTool(const std::string& binary, const std::string& dir, const std::vector<std::string>& args,
-                long fileSizeLimit) {
+                long fileSizeLimit, const std::string& failCall) {
   std::vector<std::string> wrapper = Wrapper();
   if (!wrapper.empty()) {
     // found as a bare name on the PATH, so that its report lands in the run's folder
@@ -44,6 +44,11 @@ ToolRun RunTool(const std::string& binary, const std::string& dir, const std::ve
     close(pipeFd[0]);
     close(pipeFd[1]);
     if (chdir(dir.c_str()) != 0) _exit(127);
+    if (!failCall.empty()) {
+      setenv("LD_PRELOAD", BGRTOOL_FAULT_SHIM, 1);
+      setenv("BGRTOOL_FAIL_CALL", failCall.c_str(), 1);
+      setenv("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=1", 1);
+    }
     if (fileSizeLimit >= 0) {
       std::signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails instead of ending the process
       rlimit limit{static_cast<rlim_t>(fileSizeLimit), static_cast<rlim_t>(fileSizeLimit)};
