@@ -48,7 +48,7 @@ bool TagStream::ScanTag(std::string& tag) {
 void TagStream::WarnIfCut(RunContext& ctx, std::string_view name) const {
   if (cutAt_ < 0) return;
   ctx.diagnostics().Printf(
-      "bgrtool: warning: '%.*s': the walk stopped behind byte %ld, where bytes inside a value look like a tag; "
+      "bgrtool: warning: '%.*s': the walk stopped at byte %ld, where bytes inside a value look like a tag; "
       "nothing after them was read\n",
       static_cast<int>(name.size()), name.data(), cutAt_);
 }

@@ -133,6 +133,8 @@ bool TruncateStream(std::FILE* f, std::uint64_t size) {
 #if defined(_WIN32)
   return _chsize_s(_fileno(f), static_cast<long long>(size)) == 0;
 #else
+  struct stat st;
+  if (::fstat(fileno(f), &st) == 0 && !S_ISREG(st.st_mode)) return true;  // a device has no length to cut
   return ::ftruncate(fileno(f), static_cast<off_t>(size)) == 0;
 #endif
 }
@@ -247,12 +249,6 @@ bool MoveFile(std::string_view from, std::string_view to) {
   }
   fs::remove(source, ec);
   return true;
-}
-
-bool TruncateFile(std::string_view path, std::uint64_t size) {
-  std::error_code ec;
-  fs::resize_file(NativePath(path), size, ec);
-  return !ec;
 }
 
 std::vector<std::string> FindEntries(std::string_view pattern) {

@@ -67,9 +67,6 @@ bool RemoveFile(std::string_view path);
 // where they were.
 bool MoveFile(std::string_view from, std::string_view to);
 
-// Cuts a file to its first 'size' bytes.
-bool TruncateFile(std::string_view path, std::uint64_t size);
-
 // Names (without folder) of the entries in the pattern's folder that match the
 // pattern's last component, in name order.
 std::vector<std::string> FindEntries(std::string_view pattern);

@@ -23,6 +23,7 @@ void RunCliCase(const CliCase& c) {
   std::string time = c.timeLine ? "TIME= <t> sec\n" : "";
   EXPECT_EQ(Normalise(run.out), " <banner>\n" + commandLine + "\n" + c.out + time);
   EXPECT_EQ(run.exitStatus, c.exit);
+  EXPECT_EQ(run.err, c.err);
 
   std::string report = "\n<banner>\n" + commandLine + "\n";
   for (const std::string& line : c.report) report += line + "\n";

@@ -21,6 +21,7 @@ struct CliCase {
   FileList expectFiles;             // exact content after the run
   std::vector<std::string> absent;  // files that must not exist after the run
   bool timeLine = true;             // false for runs stopped early
+  std::string err;                  // standard error, our warnings
 };
 
 void RunCliCase(const CliCase& c);

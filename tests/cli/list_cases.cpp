@@ -57,6 +57,12 @@ std::vector<std::string> MissingReport(const std::string& name) {
   return {"INFO: WrapFileOpen(" + name + ", [00] rb) failed", "ERROR: BgrList source file '" + name + "' not found"};
 }
 
+// The warning of a tag walk that ended before the end of the file.
+std::string Stopped(const std::string& name, long at) {
+  return "bgrtool: warning: '" + name + "': the walk stopped at byte " + std::to_string(at) +
+         ", where bytes inside a value look like a tag; nothing after them was read\n";
+}
+
 std::vector<CliCase> Cases() {
   std::vector<CliCase> cases;
   cases.push_back({"no arguments give the usage text", {}, {}, kUsage, 255});
@@ -130,14 +136,17 @@ std::vector<CliCase> Cases() {
   {
     BgrBuilder b;
     b.Origin(171000.5, -441000.25).Raw("<" + std::string(70, 'a') + ">").Raw(std::string(1, '\0')).Node(1, 1, 1);
-    cases.push_back({"a tag of more than 62 characters ends the scan", {"l.bgr"}, {{"l.bgr", b.data}},
-                     "<bgno>\n" + kOrigin + kNoBounds});
+    CliCase c{"a tag of more than 62 characters ends the scan", {"l.bgr"}, {{"l.bgr", b.data}},
+              "<bgno>\n" + kOrigin + kNoBounds};
+    c.err = Stopped("l.bgr", 42);
+    cases.push_back(c);
   }
   {
     BgrBuilder b;
     b.Origin(171000.5, -441000.25).Raw("<node>X").Node(1, 1, 1);
-    cases.push_back({"a tag without its zero ends the scan", {"z.bgr"}, {{"z.bgr", b.data}},
-                     "<bgno>\n" + kOrigin + kNoBounds});
+    CliCase c{"a tag without its zero ends the scan", {"z.bgr"}, {{"z.bgr", b.data}}, "<bgno>\n" + kOrigin + kNoBounds};
+    c.err = Stopped("z.bgr", 42);
+    cases.push_back(c);
   }
   return cases;
 }

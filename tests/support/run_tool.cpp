@@ -1,5 +1,6 @@
 #include "support/run_tool.h"
 
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -36,13 +37,16 @@ ToolRun RunTool(const std::string& binary, const std::string& dir, const std::ve
     // found as a bare name on the PATH, so that its report lands in the run's folder
     symlink(binary.c_str(), (dir + "/bgrtool").c_str());
   }
-  int pipeFd[2];
-  if (pipe(pipeFd) != 0) throw std::runtime_error("pipe failed");
+  int pipeFd[2], errFd[2];
+  if (pipe(pipeFd) != 0 || pipe(errFd) != 0) throw std::runtime_error("pipe failed");
   pid_t pid = fork();
   if (pid == 0) {
     dup2(pipeFd[1], 1);
+    dup2(errFd[1], 2);
     close(pipeFd[0]);
     close(pipeFd[1]);
+    close(errFd[0]);
+    close(errFd[1]);
     if (chdir(dir.c_str()) != 0) _exit(127);
     if (!failCall.empty()) {
       setenv("LD_PRELOAD", BGRTOOL_FAULT_SHIM, 1);
@@ -70,16 +74,31 @@ ToolRun RunTool(const std::string& binary, const std::string& dir, const std::ve
     _exit(127);
   }
   close(pipeFd[1]);
+  close(errFd[1]);
   ToolRun run;
-  char buffer[65536];
-  ssize_t n;
-  while ((n = read(pipeFd[0], buffer, sizeof buffer)) > 0) run.out.append(buffer, static_cast<std::size_t>(n));
-  close(pipeFd[0]);
+  // both pipes at once, so that neither can fill up and stall the child
+  pollfd fds[2] = {{pipeFd[0], POLLIN, 0}, {errFd[0], POLLIN, 0}};
+  std::string* sinks[2] = {&run.out, &run.err};
+  for (int open = 2; open > 0;) {
+    if (poll(fds, 2, -1) < 0) break;
+    for (int i = 0; i < 2; ++i) {
+      if (fds[i].fd < 0 || !(fds[i].revents & (POLLIN | POLLHUP | POLLERR))) continue;
+      char buffer[65536];
+      ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
+      if (n > 0) {
+        sinks[i]->append(buffer, static_cast<std::size_t>(n));
+      } else {
+        close(fds[i].fd);
+        fds[i].fd = -1;
+        --open;
+      }
+    }
+  }
   int status = 0;
   waitpid(pid, &status, 0);
   run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
   if (!wrapper.empty()) {
-    EXPECT_NE(run.exitStatus, 99) << "the checker found an error running bgrtool in " << dir;
+    EXPECT_NE(run.exitStatus, 99) << "the checker found an error running bgrtool in " << dir << ":\n" << run.err;
     unlink((dir + "/bgrtool").c_str());
   }
   return run;

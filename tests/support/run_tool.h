@@ -8,6 +8,7 @@ namespace bgrtest {
 struct ToolRun {
   int exitStatus = -1;  // the process's exit status, 0..255
   std::string out;      // standard output
+  std::string err;      // standard error
 };
 
 // Runs the built binary in 'dir', started by the bare name "bgrtool", so its
