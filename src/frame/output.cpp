@@ -28,16 +28,29 @@ void OutputSink::Printf(const char* format, ...) {
   Write(large);
 }
 
+void OutputSink::Pass(std::string_view text) {
+  if (!stream_) {
+    captured_.append(text);
+  } else if (std::fwrite(text.data(), 1, text.size(), stream_) != text.size()) {
+    failed_ = true;
+  }
+}
+
+void OutputSink::Spill() {
+  Pass(std::string_view(buffer_.get(), used_));
+  used_ = 0;
+}
+
 bool OutputSink::Flush() {
-  if (!stream_) return true;
-  bool ok = std::fwrite(buffer_.data(), 1, buffer_.size(), stream_) == buffer_.size();
-  buffer_.clear();
-  return std::fflush(stream_) == 0 && ok;
+  Spill();
+  if (stream_ && std::fflush(stream_) != 0) failed_ = true;
+  return !failed_;
 }
 
 std::string OutputSink::Take() {
+  Spill();
   std::string out;
-  out.swap(buffer_);
+  out.swap(captured_);
   return out;
 }
 

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -17,13 +19,21 @@ class OutputSink {
   OutputSink(const OutputSink&) = delete;
   OutputSink& operator=(const OutputSink&) = delete;
 
-  void Write(std::string_view text) {
-    buffer_.append(text);
-    if (stream_ && (lineFlush_ || buffer_.size() >= kFlushBytes)) Flush();
-  }
+  // A listing puts out a few characters for every byte of files of many
+  // megabytes: both calls are a copy into a buffer of our own.
   void Put(char c) {
-    buffer_.push_back(c);
-    if (stream_ && buffer_.size() >= kFlushBytes) Flush();
+    if (used_ == kBufferBytes) Spill();
+    buffer_[used_++] = c;
+  }
+  void Write(std::string_view text) {
+    if (text.size() > kBufferBytes - used_) Spill();
+    if (text.size() > kBufferBytes) {
+      Pass(text);
+    } else {
+      std::memcpy(buffer_.get() + used_, text.data(), text.size());
+      used_ += text.size();
+    }
+    if (lineFlush_) Flush();
   }
   void Printf(const char* format, ...) __attribute__((format(printf, 2, 3)));
   // False when the stream refused the text.
@@ -32,10 +42,16 @@ class OutputSink {
   std::string Take();
 
  private:
-  static constexpr std::size_t kFlushBytes = 1 << 16;
+  static constexpr std::size_t kBufferBytes = 1 << 16;
+  void Spill();
+  void Pass(std::string_view text);
+
   std::FILE* stream_ = nullptr;
   bool lineFlush_ = false;
-  std::string buffer_;
+  std::unique_ptr<char[]> buffer_ = std::make_unique<char[]>(kBufferBytes);
+  std::size_t used_ = 0;
+  std::string captured_;
+  bool failed_ = false;
 };
 
 }  // namespace bgr

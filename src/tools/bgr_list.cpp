@@ -18,6 +18,20 @@ namespace {
 // vmax the one node vmin.
 constexpr std::int32_t kAllNodes = 9999;
 
+enum class Tag { kOther, kOrgn, kVloc, kEdge, kType, kThck };
+
+// The listing looks at every tag of files of many megabytes: one length test
+// sends most of them on at once.
+Tag Classify(const std::string& tag) {
+  if (tag.size() != 6) return Tag::kOther;
+  if (tag == "<vloc>") return Tag::kVloc;
+  if (tag == "<edge>") return Tag::kEdge;
+  if (tag == "<type>") return Tag::kType;
+  if (tag == "<thck>") return Tag::kThck;
+  if (tag == "<orgn>") return Tag::kOrgn;
+  return Tag::kOther;
+}
+
 class BgrLister {
  public:
   BgrLister(RunContext& ctx, const Settings& s, std::FILE* in)
@@ -33,19 +47,28 @@ class BgrLister {
   void Run() {
     std::string tag;
     while (tags_.ScanTag(tag)) {
-      if (tag == "<orgn>") {
-        Origin(tag);
-      } else if (tag == "<vloc>") {
-        Node(tag);
-      } else if (tag == "<edge>") {
-        Tagged(tag, 2);
-      } else if (tag == "<type>") {
-        Tagged(tag, 1);
-      } else if (tag == "<thck>") {
-        Thickness(tag);
-      } else if (vmax_ == kAllNodes) {
-        PutTag(tag);
-        out_.Put('\n');
+      switch (Classify(tag)) {
+        case Tag::kOrgn:
+          Origin(tag);
+          break;
+        case Tag::kVloc:
+          Node(tag);
+          break;
+        case Tag::kEdge:
+          Tagged(tag, 2);
+          break;
+        case Tag::kType:
+          Tagged(tag, 1);
+          break;
+        case Tag::kThck:
+          Thickness(tag);
+          break;
+        case Tag::kOther:
+          if (vmax_ == kAllNodes) {
+            PutTag(tag);
+            out_.Put('\n');
+          }
+          break;
       }
     }
     out_.Printf("WS= %lf %lf, EN= %lf %lf\n", west_, south_, east_, north_);
