@@ -3,6 +3,7 @@
 extract of Malta International (runway and taxiway centre lines, aprons).
 
 Usage: python3 examples/make_lmml.py [path/to/LMML.geojson] [output folder]
+(the extract beside this script, examples/LMML.geojson, by default)
 """
 import json
 import math
@@ -26,7 +27,7 @@ def width_word(width, flags):
 
 def main():
     here = os.path.dirname(os.path.abspath(__file__))
-    source = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "..", "..", "shared", "data", "osm", "LMML", "LMML.geojson")
+    source = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "LMML.geojson")
     out_dir = sys.argv[2] if len(sys.argv) > 2 else here
     features = json.load(open(source))["features"]
     ways = [f for f in features if f["geometry"]["type"] == "LineString"
