@@ -7,6 +7,7 @@
 #include "frame/run_context.h"
 #include "frame/text.h"
 #include "geometry/node_table.h"
+#include "platform/platform.h"
 #include "tools/commands.h"
 
 namespace bgr {
@@ -29,6 +30,11 @@ int BgrTxd(RunContext& ctx, std::string_view file) {
   }
   std::string dest(file);
   SetExtension(dest, "txd");
+  // a source named like its export would be replaced by it
+  if (platform::SameFile(file, dest)) {
+    ctx.Report("BgrTxd source and destination are the same file '%s'", dest);
+    return 0;
+  }
   OutputFile out;
   if (!out.Open(ctx, dest)) {
     ok = 0;

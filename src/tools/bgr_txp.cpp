@@ -7,6 +7,7 @@
 #include "frame/options.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
+#include "platform/platform.h"
 #include "tools/commands.h"
 
 namespace bgr {
@@ -33,6 +34,11 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   }
   std::string dest(file);
   SetExtension(dest, "txp");
+  // a source named like its export would be replaced by it
+  if (platform::SameFile(file, dest)) {
+    ctx.Report("BgrTxp source and destination are the same file '%s'", dest);
+    return 0;
+  }
   OutputFile out;
   if (!out.Open(ctx, dest)) {
     ok = 0;

@@ -91,6 +91,12 @@ std::vector<CliCase> Cases() {
                    {"INFO: WrapFileOpen(x.bgr, [00] rb) failed", "ERROR: BgrTxp source file 'x.bgr' not found"},
                    {},
                    {"x.txp"}});
+  {
+    std::string net = BgrBuilder().Origin(1, 2).Node(1, 2, 3).End().data;
+    cases.push_back({"txd of a file named like its export is refused", {"-txd", "n.TXD"}, {{"n.txd", net}},
+                     "ERROR: BgrTxd source and destination are the same file 'n.txd'\n", 0,
+                     {"ERROR: BgrTxd source and destination are the same file 'n.txd'"}, {{"n.txd", net}}});
+  }
   // the values of a node cut off by the end of the file read as 0
   cases.push_back({"txd of a node cut after its tags writes zeros", {"-txd", "d.bgr"},
                    {{"d.bgr", Bytes().Tag("<bgno>").Tag("<node>").Tag("<bgno>").Tag("<vloc>").data}}, "", 1, {},
