@@ -31,6 +31,7 @@ struct OnceWarnings {
   bool pointTableFull = false;    // TEXPOINTS::Add
   bool polygonAllocFailed = false;  // TextureList::Add
   bool plyTooManyPoints = false;  // TaxiwayList::ReadPly
+  bool segmentListFull = false;   // SegmentList::Add, both lists of the TMS job
 };
 
 // The point range of the TMS listing; it starts once a run and is never reset.

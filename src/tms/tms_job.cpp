@@ -1,0 +1,140 @@
+#include "tms/tms_job.h"
+
+#include <algorithm>
+
+#include "frame/int32_math.h"
+#include "frame/run_context.h"
+
+namespace bgr {
+
+bool SegmentList::Add(std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end) {
+  if (count_ >= capacity()) return false;
+  Segment& s = segments_[static_cast<std::size_t>(count_++)];
+  s.edge = edge;
+  s.line.SetFromPoints(start, end);
+  return true;
+}
+
+void ScalePointsUp(TEXPOINTS& points) {
+  auto all = points.EditAll();
+  for (std::int32_t i = 0; i < points.count(); ++i) {
+    TEXPOINT& p = all[static_cast<std::size_t>(i)];
+    p = {WrapMul(p.x, kUnitsPerFoot), WrapMul(p.y, kUnitsPerFoot), WrapMul(p.z, kUnitsPerFoot)};
+  }
+}
+
+TmsJob::TmsJob(RunContext& ctx) : network(ctx), grid(&ctx), ctx_(ctx) {}
+
+std::int32_t TmsJob::Load(std::string_view file) {
+  std::int32_t result = 1;
+  if (network.Load(file, 0) == 0) {
+    result = 0;
+    ctx_.Report("BgrTms source file '%s' not found", file);
+  }
+  ctx_.console().Printf("Load(%.*s) points=%d edges=%d\n", static_cast<int>(file.size()), file.data(),
+                        network.points.count(), network.edgeCount);
+  return result;
+}
+
+TEXPOINT TmsJob::Point(std::int32_t number) const {
+  return number >= 0 && number < network.points.count() ? network.points[number] : TEXPOINT{};
+}
+
+void TmsJob::MarkPoint(std::uint32_t point, std::int32_t amount) {
+  if (point < static_cast<std::uint32_t>(kMarkedPoints)) pointMarks_[point] = WrapAdd(pointMarks_[point], amount);
+}
+
+std::int32_t TmsJob::Mark(std::uint32_t point) const {
+  return point < static_cast<std::uint32_t>(kMarkedPoints) ? pointMarks_[point] : 0;
+}
+
+void TmsJob::GrowBounds(std::int32_t x, std::int32_t z) {
+  boundsMinX = std::min<double>(boundsMinX, x);
+  boundsMaxX = std::max<double>(boundsMaxX, x);
+  boundsMinZ = std::min<double>(boundsMinZ, z);
+  boundsMaxZ = std::max<double>(boundsMaxZ, z);
+}
+
+void TmsJob::AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end) {
+  if (!list.Add(edge, start, end) && !ctx_.once.segmentListFull) {
+    ctx_.once.segmentListFull = true;
+    ctx_.Report("SegmentList::Add - too many edges");
+  }
+  // an edge that didn't fit still widens the box
+  GrowBounds(start.x, start.z);
+  GrowBounds(end.x, end.z);
+}
+
+void TmsJob::PrepareNetwork() {
+  yellowCount = 0;
+  ScalePointsUp(network.points);
+  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
+    TaxiwayEdge& e = Edge(i);
+    if (e.flags == 0) e.flags = kAllFlags;
+    if (e.type == kTaxiway && (e.flags & kAllFlags) == kPaintedOnly) {
+      yellowCount = WrapAdd(yellowCount, 1);
+      e.type = kYellowLine;
+    }
+    e.width = WrapMul(e.width, kUnitsPerFoot);
+  }
+  std::fill(pointMarks_.begin(), pointMarks_.end(), 0);
+  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
+    const TaxiwayEdge& e = Edge(i);
+    if (e.type == kRunway) AddSegment(runwayList, static_cast<std::uint32_t>(i), Point(e.start), Point(e.end));
+    if (e.flags & kPaved) {
+      MarkPoint(static_cast<std::uint32_t>(e.start), 1);
+      MarkPoint(static_cast<std::uint32_t>(e.end), 1);
+    }
+  }
+  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
+    TaxiwayEdge& e = Edge(i);
+    if (e.type != kTaxiway || Mark(static_cast<std::uint32_t>(e.start)) != 1 ||
+        Mark(static_cast<std::uint32_t>(e.end)) != 1)
+      continue;
+    TEXPOINT a = Point(e.start), b = Point(e.end);
+    if (PointDistance(a.x, a.z, b.x, b.z) <= kShortLinkUnits) e.type = kShortLink;
+  }
+}
+
+void TmsJob::FillTaxiList() {
+  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
+    const TaxiwayEdge& e = Edge(i);
+    if (e.type == kTaxiway || e.type == kExitStub)
+      AddSegment(taxiList, static_cast<std::uint32_t>(i), Point(e.start), Point(e.end));
+  }
+}
+
+void TmsJob::SizeTileGrid() {
+  boundsMinX -= kBoundsMargin;
+  boundsMinZ -= kBoundsMargin;
+  boundsMaxX += kBoundsMargin;
+  boundsMaxZ += kBoundsMargin;
+  std::int32_t spanX = TruncToLong(boundsMaxX - boundsMinX);
+  std::int32_t spanZ = TruncToLong(boundsMaxZ - boundsMinZ);
+  std::int32_t span = std::max(spanX, spanZ);
+  grid.TileOriginX = TruncToLong(boundsMinX);
+  grid.TileOriginZ = TruncToLong(boundsMinZ);
+  grid.TileSize = std::max(span / kTilesPerSide, kLeastTileSize);
+  tms.tileFeet = static_cast<float>(grid.TileSize / kUnitsPerFoot);
+  tms.lowl[0] = boundsMinX / kUnitsPerFoot;
+  tms.lowl[2] = boundsMinZ / kUnitsPerFoot;
+}
+
+void TmsJob::RestoreNetwork() {
+  auto all = network.points.EditAll();
+  for (std::int32_t i = 0; i < network.points.count(); ++i) {
+    TEXPOINT& p = all[static_cast<std::size_t>(i)];
+    p = {p.x / kUnitsPerFoot, p.y / kUnitsPerFoot, p.z / kUnitsPerFoot};
+  }
+  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
+    TaxiwayEdge& e = Edge(i);
+    e.flags = 0;
+    e.width /= kUnitsPerFoot;
+    if (yellowCount < kYellowLinesKept && e.type == kYellowLine) {
+      e.width = 100;  // a network with few yellow lines keeps them as taxiways 100 ft wide
+      e.type = kTaxiway;
+    }
+  }
+}
+
+}  // namespace bgr

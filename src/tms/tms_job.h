@@ -1,0 +1,107 @@
+// The state that the passes of the TMS job share: the network in working units,
+// the marks of its points, the runway and taxiway segments, the bounding box and
+// the tile grid. One job object per run of -tm; a test can make several.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "formats/taxiway_list.h"
+#include "formats/tms_file.h"
+#include "geometry/planar.h"
+#include "tms/tile_grid.h"
+
+namespace bgr {
+
+class RunContext;
+
+// Working units: 256 to the foot, so that coordinates stay whole numbers.
+inline constexpr std::int32_t kUnitsPerFoot = 256;
+inline constexpr double kShortLinkUnits = 128000.0;  // 500 ft: a lone link up to this long is dropped
+inline constexpr double kBoundsMargin = 128000.0;    // 500 ft around everything
+inline constexpr std::int32_t kLeastTileSize = 128000;
+inline constexpr std::int32_t kMarkedPoints = 12000;
+inline constexpr std::int32_t kRunwaySegments = 32;
+
+// Edge types that live only inside the job; a BGR file holds 0 and 1.
+inline constexpr std::int32_t kRunway = 0;
+inline constexpr std::int32_t kTaxiway = 1;
+inline constexpr std::int32_t kExitStub = 100;
+inline constexpr std::int32_t kShortLink = 101;
+inline constexpr std::int32_t kYellowLine = 102;
+// Edge flag bits; a stored 0 means all of them.
+inline constexpr std::int32_t kPaved = 1;
+inline constexpr std::int32_t kAllFlags = 15;
+inline constexpr std::int32_t kPaintedOnly = 2;
+// With this many yellow lines or more they are left out of the written network.
+inline constexpr std::int32_t kYellowLinesKept = 100;
+
+struct Segment {
+  std::uint32_t edge = 0;
+  PlaneLine line{};
+  std::array<TEXPOINT, 4> corners{};  // ribbon: left start, right start, right end, left end
+};
+
+class SegmentList {
+ public:
+  explicit SegmentList(std::int32_t capacity) : segments_(static_cast<std::size_t>(capacity)) {}
+  std::int32_t count() const { return count_; }
+  std::int32_t capacity() const { return static_cast<std::int32_t>(segments_.size()); }
+  // The segment, or null for an index outside the list.
+  Segment* At(std::int32_t index) {
+    return index >= 0 && index < count_ ? &segments_[static_cast<std::size_t>(index)] : nullptr;
+  }
+  // False when the list is full.
+  bool Add(std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
+
+ private:
+  std::vector<Segment> segments_;
+  std::int32_t count_ = 0;
+};
+
+void ScalePointsUp(TEXPOINTS& points);
+
+class TmsJob {
+ public:
+  explicit TmsJob(RunContext& ctx);
+
+  // Step 1 and 2: the network and its PLY companion; 0 when the BGR can't be read.
+  std::int32_t Load(std::string_view file);
+  // Steps 3 to 7: working units, flags, yellow lines, marks, runways, short links.
+  void PrepareNetwork();
+  // Step 9: every taxiway and exit stub as it stands after the repairs.
+  void FillTaxiList();
+  // Steps 11 and 12: the margin, then the grid's origin and tile size.
+  void SizeTileGrid();
+  // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
+  void RestoreNetwork();
+
+  void MarkPoint(std::uint32_t point, std::int32_t amount);
+  std::int32_t Mark(std::uint32_t point) const;
+  void GrowBounds(std::int32_t x, std::int32_t z);
+  void AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
+  // A point of the network; a number outside the table reads as the origin,
+  // as the unused places of the table hold.
+  TEXPOINT Point(std::int32_t number) const;
+  std::int32_t EdgeCount() const { return network.edgeCount; }
+  TaxiwayEdge& Edge(std::int32_t i) { return network.edges[static_cast<std::size_t>(i)]; }
+
+  RunContext& ctx() { return ctx_; }
+
+  TaxiwayList network;
+  SegmentList runwayList{kRunwaySegments};
+  SegmentList taxiList{TaxiwayList::kMaxEdges};
+  TileGrid grid;
+  TmsFile tms;
+  double boundsMinX = 9999999.0, boundsMinZ = 9999999.0;
+  double boundsMaxX = -9999999.0, boundsMaxZ = -9999999.0;
+  std::int32_t yellowCount = 0;
+
+ private:
+  RunContext& ctx_;
+  std::vector<std::int32_t> pointMarks_ = std::vector<std::int32_t>(kMarkedPoints, 0);
+};
+
+}  // namespace bgr

@@ -1,0 +1,99 @@
+#include "tms/tms_job.h"
+
+#include <gtest/gtest.h>
+
+#include "support/temp_dir.h"
+#include "support/test_run.h"
+
+namespace bgr {
+namespace {
+
+class TmsJobTest : public ::testing::Test {
+ protected:
+  // A network in feet, as Load leaves it.
+  void Net(std::initializer_list<TEXPOINT> points, std::initializer_list<TaxiwayEdge> edges) {
+    for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
+    for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
+  }
+  bgrtest::TestRun run;
+  TmsJob job{run.ctx};
+};
+
+TEST_F(TmsJobTest, WithoutANetworkTheGridTakesTheLeastTileSize) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  EXPECT_EQ(job.Load("x.bgr"), 0);
+  EXPECT_NE(run.console.Take().find("ERROR: BgrTms source file 'x.bgr' not found\nLoad(x.bgr) points=0 edges=0\n"),
+            std::string::npos);
+  job.SizeTileGrid();
+  EXPECT_EQ(job.boundsMinX, 9871999.0);
+  EXPECT_EQ(job.boundsMaxX, -9871999.0);
+  EXPECT_EQ(job.grid.TileSize, 128000);
+  EXPECT_EQ(job.tms.tileFeet, 500.0f);
+  EXPECT_EQ(job.tms.lowl[0], 38562.49609375);
+}
+
+TEST_F(TmsJobTest, TileFeetAreCutToWholeFeet) {
+  job.GrowBounds(0, 0);
+  job.GrowBounds(1600008 - 256000, 10);
+  job.SizeTileGrid();
+  EXPECT_EQ(job.grid.TileSize, 200001);
+  EXPECT_EQ(job.tms.tileFeet, 781.0f);
+  EXPECT_EQ(job.grid.TileOriginX, -128000);
+}
+
+TEST_F(TmsJobTest, LoneLinksUpTo500FeetAreDropped) {
+  // start, end, width, type, flags
+  Net({{0, 0, 0}, {500, 0, 0}, {0, 0, 100}, {501, 0, 100}, {0, 0, 200}, {10, 0, 200}, {20, 0, 200}, {9, 0, 9}},
+      {{0, 1, 75, 1, 1}, {2, 3, 75, 1, 1}, {4, 5, 75, 1, 1}, {5, 6, 75, 1, 1}, {7, 7, 75, 1, 0}});
+  job.PrepareNetwork();
+  EXPECT_EQ(job.Edge(0).type, kShortLink);  // exactly 128000 units
+  EXPECT_EQ(job.Edge(1).type, kTaxiway);
+  EXPECT_EQ(job.Edge(2).type, kTaxiway);  // point 5 is a way through
+  EXPECT_EQ(job.Mark(5), 2);
+  EXPECT_EQ(job.Mark(7), 2);  // the last edge has no flags stored: all of them, so it is paved
+  EXPECT_EQ(job.Mark(12000), 0);
+  EXPECT_EQ(job.network.points[1].x, 128000);
+  EXPECT_EQ(job.Edge(0).width, 75 * 256);
+}
+
+TEST_F(TmsJobTest, YellowLinesComeBackAsTaxiwaysWhenFewerThanAHundred) {
+  for (int count : {99, 100}) {
+    bgrtest::TestRun fresh;
+    TmsJob j(fresh.ctx);
+    j.network.points.Add(0, 0, 0, -1);
+    j.network.points.Add(-1, 0, 1, -1);
+    for (int i = 0; i < count; ++i) j.Edge(j.network.edgeCount++) = {0, 1, 40, 1, i % 2 ? 2 : 18};
+    j.Edge(j.network.edgeCount++) = {0, 1, 40, 1, 0};
+    j.PrepareNetwork();
+    EXPECT_EQ(j.yellowCount, count);
+    EXPECT_EQ(j.Edge(count).flags, 15);  // flags 0 read as 15: no yellow line
+    EXPECT_EQ(j.Edge(count).type, kShortLink);  // the only paved edge: a lone link
+    j.RestoreNetwork();
+    EXPECT_EQ(j.Edge(0).type, count < 100 ? kTaxiway : kYellowLine);
+    EXPECT_EQ(j.Edge(0).width, count < 100 ? 100 : 40);
+    EXPECT_EQ(j.Edge(0).flags, 0);
+    EXPECT_EQ(j.network.points[1].x, -1);
+  }
+}
+
+TEST_F(TmsJobTest, WorkingUnitsGoBackToFeetTowardZero) {
+  Net({{0, 0, 0}}, {});
+  job.network.points.SetPoint(0, {-257, 511, 0});
+  job.RestoreNetwork();
+  EXPECT_TRUE(job.network.points[0].Equals(-1, 1, 0));
+}
+
+TEST_F(TmsJobTest, ARunwayPastThe32ndIsReportedOnceAndStillWidensTheBox) {
+  Net({{0, 0, 0}, {10, 0, 0}, {4000, 0, 3000}}, {});
+  for (int i = 0; i < 34; ++i) job.Edge(job.network.edgeCount++) = {0, i < 33 ? 1 : 2, 100, 0, 15};
+  job.PrepareNetwork();
+  EXPECT_EQ(job.runwayList.count(), 32);
+  EXPECT_EQ(job.runwayList.At(32), nullptr);
+  EXPECT_EQ(job.runwayList.At(31)->edge, 31u);
+  EXPECT_EQ(job.boundsMaxX, 4000.0 * 256);
+  EXPECT_EQ(run.console.Take(), "ERROR: SegmentList::Add - too many edges\n");
+}
+
+}  // namespace
+}  // namespace bgr
