@@ -1,0 +1,149 @@
+#include "tms/repair_passes.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "support/test_run.h"
+#include "tms/tms_job.h"
+
+namespace bgr {
+namespace {
+
+// A job on a network given in feet, prepared as the driver prepares it.
+struct Job {
+  Job(std::initializer_list<TEXPOINT> points, std::initializer_list<TaxiwayEdge> edges) {
+    for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
+    for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
+    job.PrepareNetwork();
+  }
+  TEXPOINT Feet(std::int32_t n) const {
+    TEXPOINT p = job.network.points[n];
+    return {p.x / 256, p.y / 256, p.z / 256};
+  }
+  bgrtest::TestRun run;
+  TmsJob job{run.ctx};
+};
+
+constexpr std::int32_t kFlags = 15;
+
+// A runway from (-2000, 0) to (2000, 0) ft, 150 ft wide, and one taxiway to it.
+Job Square(std::int32_t nearEnd, std::int32_t farEnd) {
+  return Job({{-2000, 0, 0}, {2000, 0, 0}, {0, 0, farEnd}, {0, 0, nearEnd}},
+             {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}});
+}
+
+TEST(RepairPasses, ATaxiwaySquareToARunwaySnapsAndGetsTwoStubs) {
+  Job j = Square(30, -570);
+  SnapEndPointsToRunways(j.job);
+  EXPECT_TRUE(j.Feet(3).Equals(0, 0, 0));
+  MakeRunwayExitStubs(j.job);
+  ASSERT_EQ(j.job.EdgeCount(), 4);
+  EXPECT_TRUE(j.Feet(4).Equals(-200, 0, 0));
+  EXPECT_TRUE(j.Feet(5).Equals(200, 0, 0));
+  for (std::int32_t i : {2, 3}) {
+    EXPECT_EQ(j.job.Edge(i).type, kExitStub);
+    EXPECT_EQ(j.job.Edge(i).width, 150 * 256);
+    EXPECT_EQ(j.job.Edge(i).start, 3);
+    EXPECT_EQ(j.job.Mark(static_cast<std::uint32_t>(j.job.Edge(i).end)), 1);
+  }
+  EXPECT_EQ(j.job.Mark(3), 3);
+  EXPECT_EQ(j.run.console.Take(), "SnapEndPointsToRunways()\n");
+}
+
+TEST(RepairPasses, AShortLoneTaxiwayTakesNoPart) {
+  Job j = Square(30, -300);
+  EXPECT_EQ(j.job.Edge(1).type, kShortLink);
+  SnapEndPointsToRunways(j.job);
+  MakeRunwayExitStubs(j.job);
+  EXPECT_TRUE(j.Feet(3).Equals(0, 0, 30));
+  EXPECT_EQ(j.job.EdgeCount(), 2);
+}
+
+TEST(RepairPasses, NearMeansWithin150FeetInclusive) {
+  for (std::int32_t off : {150, 151}) {
+    Job j = Square(off, -570);
+    SnapEndPointsToRunways(j.job);
+    EXPECT_EQ(j.Feet(3).z, off == 150 ? 0 : 151) << off;
+  }
+}
+
+TEST(RepairPasses, ARunwayOf1000FeetOrLessGetsNoStubs) {
+  Job j({{-500, 0, 0}, {500, 0, 0}, {0, 0, -570}, {0, 0, 30}},
+        {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}});
+  SnapEndPointsToRunways(j.job);
+  MakeRunwayExitStubs(j.job);
+  EXPECT_TRUE(j.Feet(3).Equals(0, 0, 0));
+  EXPECT_EQ(j.job.EdgeCount(), 2);
+}
+
+TEST(RepairPasses, AngledTaxiwaysSnapFromTwentyDegreesAndGetOneStub) {
+  for (double degrees : {25.0, 15.0}) {
+    double a = degrees * 3.14159265358979 / 180;
+    auto x = static_cast<std::int32_t>(-600 * std::cos(a)), z = static_cast<std::int32_t>(-600 * std::sin(a));
+    Job j({{-4000, 0, 0}, {4000, 0, 0}, {x, 0, z}, {0, 0, 20}},
+          {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}});
+    SnapEndPointsToRunways(j.job);
+    MakeRunwayExitStubs(j.job);
+    if (degrees == 25.0) {
+      EXPECT_EQ(j.Feet(3).z, 0);
+      ASSERT_EQ(j.job.EdgeCount(), 3);  // only the stub on the side of the sharp turn
+      EXPECT_GT(j.Feet(4).x, j.Feet(3).x);
+    } else {
+      EXPECT_EQ(j.Feet(3).z, 20);
+      EXPECT_EQ(j.job.EdgeCount(), 2);
+    }
+  }
+}
+
+TEST(RepairPasses, CrossingTaxiwaysAreSplitOnlyInSmallNetworks) {
+  for (int extra : {98, 99}) {
+    // two crossing taxiways, and short taxiways far away to make up the count
+    std::vector<TEXPOINT> points = {{-1000, 0, 0}, {1000, 0, 0}, {0, 0, -1000}, {0, 0, 1000}};
+    std::vector<TaxiwayEdge> edges = {{0, 1, 75, kTaxiway, kFlags}, {2, 3, 75, kTaxiway, kFlags}};
+    for (int i = 0; i < extra; ++i) {
+      std::int32_t n = static_cast<std::int32_t>(points.size());
+      points.push_back({50000 + i * 10, 0, 50000});
+      points.push_back({50000 + i * 10, 0, 50600});
+      edges.push_back({n, n + 1, 75, kTaxiway, kFlags});
+    }
+    bgrtest::TestRun run;
+    TmsJob job(run.ctx);
+    for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
+    for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
+    job.PrepareNetwork();
+    std::int32_t before = job.EdgeCount();
+    MakeTaxiwayTaxiwayIntersections(job);
+    EXPECT_EQ(run.console.Take(), "MakeTaxiwayTaxiwayIntersections() edges=" + std::to_string(extra + 2) + "\n");
+    if (extra + 2 <= 100) {
+      ASSERT_EQ(job.EdgeCount(), before + 2);
+      std::int32_t cross = job.Edge(0).end;
+      EXPECT_TRUE(job.network.points[cross].Equals(0, 0, 0));
+      EXPECT_EQ(job.Mark(static_cast<std::uint32_t>(cross)), 4);
+      EXPECT_EQ(job.Edge(before).start, cross);
+      EXPECT_EQ(job.Edge(before).end, 1);
+    } else {
+      EXPECT_EQ(job.EdgeCount(), before);
+    }
+  }
+}
+
+TEST(RepairPasses, EndPointsSnapOnToTaxiwaysFromEitherSide) {
+  // one stops 100 ft short of the long taxiway, one overshoots it by 100 ft,
+  // one stops 151 ft short and stays
+  Job j({{-3000, 0, 0}, {3000, 0, 0}, {-1000, 0, -800}, {-1000, 0, -100}, {0, 0, 800}, {0, 0, -100},
+         {1000, 0, -800}, {1000, 0, -151}},
+        {{0, 1, 75, kTaxiway, kFlags}, {2, 3, 75, kTaxiway, kFlags}, {4, 5, 75, kTaxiway, kFlags},
+         {6, 7, 75, kTaxiway, kFlags}});
+  SnapEndPointsToTaxiways(j.job);
+  EXPECT_TRUE(j.Feet(3).Equals(-1000, 0, 0));
+  EXPECT_TRUE(j.Feet(5).Equals(0, 0, 0));
+  EXPECT_TRUE(j.Feet(7).Equals(1000, 0, -151));
+  EXPECT_EQ(j.job.EdgeCount(), 6);
+  EXPECT_EQ(j.job.Mark(3), 3);
+  EXPECT_EQ(j.job.Edge(0).end, 3);  // the long taxiway ends at the first split, its rest goes on
+  EXPECT_EQ(j.job.Edge(4).start, 3);
+}
+
+}  // namespace
+}  // namespace bgr
