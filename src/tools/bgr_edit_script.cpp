@@ -24,7 +24,6 @@ struct ScriptEdit {
   RunContext& ctx;
   std::string_view file;
   TempEdit edit;
-  Stream previous;  // what the last pass wrote, in a scratch file of no name
   bool anyPass = false;
 };
 
@@ -53,7 +52,10 @@ int EditPass(ScriptEdit& e, Work work) {
   BgrFile in, temp;
   int ok = 1;
   if (e.anyPass) {
-    in.AttachRead(e.ctx, std::move(e.previous), kTempBgr);
+    // the pass before wrote _TEMP_.BGR; a copy of it is read while it is written anew
+    Stream previous = ScratchCopyOfTemp(e.ctx);
+    if (!previous) ok = 0;
+    in.AttachRead(e.ctx, std::move(previous), kTempBgr);
   } else if (!in.OpenRead(e.ctx, e.file)) {
     ok = 0;
     e.ctx.Report("Bgr source file '%s' not found", e.file);
@@ -66,9 +68,7 @@ int EditPass(ScriptEdit& e, Work work) {
   in.Abandon();
   bool written = temp.Close();
   e.anyPass = true;
-  if (ok == 0 || !written) return 0;
-  e.previous = ScratchCopyOfTemp(e.ctx);
-  return e.previous ? 1 : 0;
+  return ok != 0 && written ? 1 : 0;
 }
 
 // Reads all nodes of the file into the table.

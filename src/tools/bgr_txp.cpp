@@ -47,9 +47,14 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   std::FILE* f = out.get();
   OutputSink& console = ctx.console();
   std::int32_t pv = s.printValues;
-  // the values are copied from the source by hand, so the walker copies nothing itself
+  // only the values reach the export: the walk copies them alone, not the tags
   TagStream tags(console, in.get(), nullptr, pv);
-  TagStream values(console, in.get(), f, pv);
+  auto copyValues = [&](int doubles, bool withLong) {
+    tags.CopyTo(f);
+    for (int i = 0; i < doubles; ++i) tags.CopyDouble(0.0);
+    if (withLong) tags.CopyLong(0);
+    tags.CopyTo(nullptr);
+  };
   std::int32_t count = 0;
   long countAt = 0;
   WriteMarker(f, kBeginObject);
@@ -57,8 +62,7 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   while (tags.ScanTag(tag)) {
     if (tag == "<orgn>") {
       WriteMarker(f, "<orgn> ---- origin ----");
-      for (int i = 0; i < 3; ++i) values.CopyDouble(0.0);
-      values.CopyLong(0);
+      copyValues(3, true);
       if (pv) console.Put('\n');
     } else if (tag == "<vloc>") {
       if (count == 0) {
@@ -67,7 +71,7 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
         WriteI32(f, count);
       }
       if (s.txpLevel == 0) {
-        for (int i = 0; i < 3; ++i) values.CopyDouble(0.0);
+        copyValues(3, false);
         if (pv) console.Put('\n');
       }
       count = WrapAdd(count, 1);
