@@ -8,6 +8,7 @@
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
+#include "platform/platform.h"
 
 namespace bgr {
 
@@ -55,6 +56,25 @@ bool BgrFile::OpenWrite(RunContext& ctx, std::string_view name) {
   return static_cast<bool>(stream_);
 }
 
+bool BgrFile::OpenReplace(RunContext& ctx, std::string_view name) {
+  Abandon();
+  context_ = &ctx;
+  name_ = name;
+  writing_ = 1;
+  if (platform::KindOf(name) == platform::PathKind::kDevice) {
+    stream_ = WrapFileOpen(ctx, name, "wb");
+  } else {
+    part_ = platform::PartNameBeside(name);
+    stream_ = Stream(platform::OpenFile(part_, "wb"));
+    if (!stream_) {
+      ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, "wb");
+      part_.clear();
+    }
+  }
+  WriteTag("<bgno>");
+  return static_cast<bool>(stream_);
+}
+
 bool BgrFile::Close() {
   if (!stream_) {
     writing_ = 0;
@@ -63,13 +83,25 @@ bool BgrFile::Close() {
   bool wasWriting = writing_ != 0;
   if (wasWriting) WriteTag("<endo>");
   writing_ = 0;
-  if (stream_.Close() || !wasWriting) return true;
-  context_->Report("BgrFile cannot write '%s': %s", name_, 0, 0, stream_.error());
+  std::string failure;
+  if (!stream_.Close()) {
+    failure = stream_.error();
+  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
+    failure = "the new file cannot take the old one's place";
+  }
+  if (!part_.empty()) {
+    if (!failure.empty()) platform::RemoveFile(part_);
+    part_.clear();
+  }
+  if (failure.empty() || !wasWriting) return true;
+  context_->Report("BgrFile cannot write '%s': %s", name_, 0, 0, failure);
   return false;
 }
 
 void BgrFile::Abandon() {
   if (stream_) std::fclose(stream_.release());
+  if (!part_.empty()) platform::RemoveFile(part_);
+  part_.clear();
   writing_ = 0;
 }
 

@@ -39,9 +39,18 @@ struct EdgeRecord {
 
 class BgrFile {
  public:
+  BgrFile() = default;
+  BgrFile(const BgrFile&) = delete;
+  BgrFile& operator=(const BgrFile&) = delete;
+  // A file still being written under its part name is dropped.
+  ~BgrFile() { Abandon(); }
+
   bool IsOpen() const { return static_cast<bool>(stream_); }
   bool OpenRead(RunContext& ctx, std::string_view name);
   bool OpenWrite(RunContext& ctx, std::string_view name);
+  // Writes under a part name beside name; Close puts the file in place in one
+  // rename, so that until then, and after any failure, the old file stays whole.
+  bool OpenReplace(RunContext& ctx, std::string_view name);
   // Reads an open stream from its start, as OpenRead reads a file.
   bool AttachRead(RunContext& ctx, Stream stream, std::string_view name);
   // False, with an error line in the report, when a written file didn't reach
@@ -84,6 +93,7 @@ class BgrFile {
   std::int32_t writing_ = 0;
   RunContext* context_ = nullptr;
   std::string name_;
+  std::string part_;  // the name written to until Close, when replacing
   Stream stream_;
   std::vector<unsigned char> window_;
   long windowStart_ = 0;

@@ -76,7 +76,7 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     return 0;
   }
   BgrFile file;
-  file.OpenWrite(ctx_, path);
+  file.OpenReplace(ctx_, path);
   file.WriteOrigin({originLat, originLon, 0.0});
   file.WriteNodes(points, -1, -1);
   for (std::int32_t i = 0; i < edgeCount; ++i) {

@@ -32,6 +32,8 @@ struct OnceWarnings {
   bool polygonAllocFailed = false;  // TextureList::Add
   bool plyTooManyPoints = false;  // TaxiwayList::ReadPly
   bool segmentListFull = false;   // SegmentList::Add, both lists of the TMS job
+  bool apronComplex = false;      // GenerateApron: a polygon with holes or touching itself
+  bool apronTriangulationFailed = false;  // GenerateApronPolygons
 };
 
 // The point range of the TMS listing; it starts once a run and is never reset.

@@ -4,6 +4,12 @@
 
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
+#include "frame/text.h"
+#include "platform/platform.h"
+#include "tms/apron.h"
+#include "tms/repair_passes.h"
+#include "tms/taxi_polygons.h"
+#include "tms/tile_output.h"
 
 namespace bgr {
 
@@ -24,6 +30,52 @@ void ScalePointsUp(TEXPOINTS& points) {
 }
 
 TmsJob::TmsJob(RunContext& ctx) : network(ctx), grid(&ctx), ctx_(ctx) {}
+
+std::int32_t TmsJob::Run(std::string_view file) {
+  std::int32_t result = Load(file);
+  PrepareNetwork();
+  SnapEndPointsToRunways(*this);
+  MakeRunwayExitStubs(*this);
+  MakeTaxiwayTaxiwayIntersections(*this);
+  SnapEndPointsToTaxiways(*this);
+  FillTaxiList();
+  GenerateApron(*this, ApronPass::kMeasure);
+  SizeTileGrid();
+  ctx_.console().Write("GenerateTaxiPolygons()\n");
+  TaxiPolygons(*this).Generate();
+  ctx_.console().Write("GenerateIsYellow()\n");
+  GenerateIsYellow();
+  GenerateApron(*this, ApronPass::kGenerate);
+  ctx_.console().Write("GeneratePlyLights()\n");
+  GeneratePlyLights(*this);
+  GenerateOutputFile(file);
+  RestoreNetwork();
+  // an empty network writes nothing; a failed write leaves the old file and says so
+  (void)network.Save(file);
+  return result;
+}
+
+void TmsJob::GenerateIsYellow() {
+  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
+    const TaxiwayEdge& e = Edge(i);
+    if (e.type != kYellowLine) continue;
+    TEXPOINT a = Point(e.start), b = Point(e.end);
+    GenerateYellowLine(grid, a.x, a.z, b.x, b.z);
+  }
+}
+
+void TmsJob::GenerateOutputFile(std::string_view file) {
+  // the name is kept whole, however long; the system cuts nothing
+  std::string name(file);
+  SetExtension(name, "TMS");
+  ctx_.console().Printf("GenerateOutputFile(%s)\n", name.c_str());
+  if (platform::SameFile(file, name)) {
+    // a source named .TMS would be overwritten by its own tiles before its write-back
+    ctx_.Report("BgrTms source and destination are the same file '%s'", name);
+    return;
+  }
+  TileOutput(*this).Write(name);
+}
 
 std::int32_t TmsJob::Load(std::string_view file) {
   std::int32_t result = 1;

@@ -67,6 +67,9 @@ class TmsJob {
  public:
   explicit TmsJob(RunContext& ctx);
 
+  // The whole job on one BGR file: 1 when the file was read, else 0.
+  std::int32_t Run(std::string_view file);
+
   // Step 1 and 2: the network and its PLY companion; 0 when the BGR can't be read.
   std::int32_t Load(std::string_view file);
   // Steps 3 to 7: working units, flags, yellow lines, marks, runways, short links.
@@ -75,6 +78,10 @@ class TmsJob {
   void FillTaxiList();
   // Steps 11 and 12: the margin, then the grid's origin and tile size.
   void SizeTileGrid();
+  // Step 14: the painted strip of every yellow line.
+  void GenerateIsYellow();
+  // Step 17: the tile file beside the BGR file.
+  void GenerateOutputFile(std::string_view file);
   // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 

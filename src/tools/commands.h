@@ -20,5 +20,6 @@ int BgrPurge(RunContext& ctx, std::string_view name);
 int BgrEditScript(RunContext& ctx, std::string_view file, std::string_view script);
 int BgrTxd(RunContext& ctx, std::string_view file);
 int BgrTxp(RunContext& ctx, const Settings& settings, std::string_view file);
+int BgrTms(RunContext& ctx, std::string_view file);
 
 }  // namespace bgr

@@ -1,0 +1,105 @@
+// The taxiway geometry of a TMS job: a ribbon for every taxiway segment, a joint
+// (nothing, a straight quad or a fillet) where two segments meet, and the thin
+// painted strip of a yellow line. Every quad goes through one emitter that lays
+// pavement, a centre strip and light strings into the tiles.
+#pragma once
+
+#include <cstdint>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "geometry/texpoints.h"
+
+namespace bgr {
+
+class TileGrid;
+class TmsJob;
+struct Segment;
+
+inline constexpr std::int32_t kPaveLayer = 0;
+inline constexpr std::int32_t kCentreLayer = 2;
+inline constexpr std::int32_t kLightLayer = 3;
+
+// What a quad carries, besides its corners.
+struct QuadStyle {
+  bool pave = false;
+  std::int32_t lineFlags = 0;  // bit 0 painted centre strip, bit 1 centre lights
+  bool leftLights = false;
+  bool rightLights = false;
+  bool lightsOn = true;
+  std::int32_t step = 0;  // light spacing in feet
+};
+
+struct PlanePoint {
+  double x = 0;
+  double z = 0;
+};
+
+// p1 to p2 is one end of the quad, across the way; p3 to p4 the other, back.
+void DrawQuad(TileGrid& grid, const QuadStyle& style, const TEXPOINT& p1, const TEXPOINT& p2, const TEXPOINT& p3,
+              const TEXPOINT& p4);
+// Small quads between two quadratic curves, the outer and the inner side of a bend.
+void DrawFillet(TileGrid& grid, const QuadStyle& style, PlanePoint outerFrom, PlanePoint outerControl,
+                PlanePoint outerTo, PlanePoint innerFrom, PlanePoint innerControl, PlanePoint innerTo);
+void GenerateYellowLine(TileGrid& grid, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2);
+// The corners of a segment's ribbon, pulled back from its ends by the insets.
+void BuildRibbon(Segment& segment, double insetStart, double insetEnd, double halfWidth);
+
+// The pairs of segments that already have their joint. The table holds 6000
+// pairs; once it is full a pair is no longer remembered.
+class JoinedPairs {
+ public:
+  static constexpr std::int32_t kCapacity = 6000;
+  void Clear();
+  // True the first time a pair (in either order) is asked for.
+  bool Remember(std::int32_t a, std::int32_t b);
+
+ private:
+  static std::uint64_t Key(std::int32_t a, std::int32_t b);
+  std::unordered_set<std::uint64_t> pairs_;
+  std::int32_t stored_ = 0;
+};
+
+class TaxiPolygons {
+ public:
+  explicit TaxiPolygons(TmsJob& job);
+
+  // The whole pass: every segment's ribbon and every joint, in walk order.
+  void Generate();
+  // The depth-first walk from one segment. It keeps its own stack, so that a
+  // chain of 6000 segments needs no deep call stack, and visits in the order
+  // of the plain recursion.
+  void VisitSegment(std::int32_t index);
+  void GenerateRibbon(std::int32_t index);
+  void GenerateJoint(std::int32_t a, std::int32_t b, bool aAtStart, bool bAtStart);
+
+  bool Visited(std::int32_t index) const { return visited_[static_cast<std::size_t>(index)] != 0; }
+  void SetVisited(std::int32_t index) { visited_[static_cast<std::size_t>(index)] = 1; }
+
+ private:
+  struct Frame {
+    std::int32_t segment;
+    std::int32_t start, end;  // point numbers of its edge
+    std::size_t first, last;  // its neighbours in candidates_
+    std::size_t next;         // the neighbour being looked at
+    bool endDone;             // the test at its end point is done for that neighbour
+    bool pending;             // a joint waits for the neighbour's walk to come back
+    bool aAtStart, bAtStart;
+  };
+  void Enter(std::int32_t index);
+  void Neighbours(std::int32_t start, std::int32_t end, std::int32_t self);
+  void BuildPointIndex();
+  Segment& SegmentAt(std::int32_t index);
+
+  TmsJob& job_;
+  std::vector<char> visited_;
+  JoinedPairs joined_;
+  std::vector<Frame> stack_;
+  std::vector<std::int32_t> candidates_;
+  // (point number, segment number) for both ends of every segment, sorted, so
+  // that the segments at a point come by rising number.
+  std::vector<std::pair<std::int32_t, std::int32_t>> byPoint_;
+};
+
+}  // namespace bgr
