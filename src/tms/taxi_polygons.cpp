@@ -176,10 +176,14 @@ TaxiPolygons::TaxiPolygons(TmsJob& job) : job_(job) {}
 
 Segment& TaxiPolygons::SegmentAt(std::int32_t index) { return *job_.taxiList.At(index); }
 
+void TaxiPolygons::Reset() {
+  visited_.assign(static_cast<std::size_t>(job_.taxiList.count()), 0);
+  joined_.Clear();
+}
+
 void TaxiPolygons::Generate() {
   std::int32_t count = job_.taxiList.count();
-  visited_.assign(static_cast<std::size_t>(count), 0);
-  joined_.Clear();
+  Reset();
   BuildPointIndex();
   for (std::int32_t i = 0; i < count; ++i) VisitSegment(i);
 }

@@ -67,6 +67,8 @@ class TaxiPolygons {
 
   // The whole pass: every segment's ribbon and every joint, in walk order.
   void Generate();
+  // No segment visited, no pair joined.
+  void Reset();
   // The depth-first walk from one segment. It keeps its own stack, so that a
   // chain of 6000 segments needs no deep call stack, and visits in the order
   // of the plain recursion.

@@ -1,0 +1,357 @@
+#include "tms/taxi_polygons.h"
+
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+
+#include <cmath>
+#include <memory>
+
+#include "support/test_run.h"
+#include "tms/repair_passes.h"
+#include "tms/tile_shapes.h"
+#include "tms/tms_job.h"
+
+namespace bgr {
+namespace {
+
+using bgrtest::Corner;
+using bgrtest::Shape;
+using bgrtest::ShapesOf;
+using bgrtest::SortedCorners;
+
+constexpr std::int32_t kFlags = 15;
+
+// A network in feet, run through the job up to its taxiway polygons, all in one tile.
+struct Polygons {
+  Polygons(std::initializer_list<TEXPOINT> points, std::initializer_list<TaxiwayEdge> edges, bool repair = false) {
+    for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
+    for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
+    job.PrepareNetwork();
+    if (repair) {
+      SnapEndPointsToRunways(job);
+      MakeRunwayExitStubs(job);
+      MakeTaxiwayTaxiwayIntersections(job);
+      SnapEndPointsToTaxiways(job);
+    }
+    job.FillTaxiList();
+    bgrtest::OneTile(job.grid);
+    TaxiPolygons(job).Generate();
+  }
+  std::vector<Shape> Layer(std::int32_t layer) { return ShapesOf(job.grid, layer); }
+  bgrtest::TestRun run;
+  TmsJob job{run.ctx};
+};
+
+Segment LineSegment(double length) {
+  Segment s;
+  s.line.Set(0, 0, length, 0);
+  return s;
+}
+
+TEST(BuildRibbon, InsetsKeepAtLeast25Feet) {
+  struct Case {
+    double length, insetStart, insetEnd;
+    std::int32_t startX, endX;
+  } cases[] = {
+      {100000, 0, 0, 0, 100000},             // between two end points: full length
+      {100000, 38400, 38400, 38400, 61600},  // room for both
+      {40000, 38400, 38400, 16800, 23200},   // both become 16800
+      {40000, 38400, 0, 33600, 40000},       // the one inset takes all the room
+      {40000, 0, 38400, 0, 6400},
+      {6400, 38400, 38400, 0, 6400},         // not shortened at all
+  };
+  for (const Case& c : cases) {
+    Segment s = LineSegment(c.length);
+    BuildRibbon(s, c.insetStart, c.insetEnd, 1000);
+    EXPECT_EQ(s.corners[0].x, c.startX) << c.length << " " << c.insetStart << " " << c.insetEnd;
+    EXPECT_EQ(s.corners[2].x, c.endX) << c.length << " " << c.insetStart << " " << c.insetEnd;
+    EXPECT_EQ(s.corners[0].z, 1000);  // left of the way
+    EXPECT_EQ(s.corners[1].z, -1000);
+  }
+}
+
+TEST(TaxiPolygons, ARightAngleBendGetsTwoRibbonsAndATwelveStepFillet) {
+  Polygons p({{0, 0, 0}, {1000, 0, 0}, {1000, 0, 1000}}, {{0, 1, 100, kTaxiway, kFlags}, {1, 2, 100, kTaxiway, kFlags}});
+  std::vector<Shape> pave = p.Layer(0);
+  ASSERT_EQ(pave.size(), 14u);
+  EXPECT_EQ(pave[0].Sorted(), SortedCorners({{0, 12800}, {0, -12800}, {217600, -12800}, {217600, 12800}}));
+  EXPECT_EQ(pave[1].Sorted(), SortedCorners({{243200, 38400}, {268800, 38400}, {268800, 256000}, {243200, 256000}}));
+  // the fillet runs from the ends of ribbon 1 round to the ends of ribbon 0
+  EXPECT_TRUE(pave[2].Has({243200, 38400}) && pave[2].Has({268800, 38400}));
+  EXPECT_TRUE(pave[13].Has({217600, -12800}) && pave[13].Has({217600, 12800}));
+  // halfway, each curve stands at a quarter of its ends and half its control point
+  EXPECT_TRUE(pave[7].Has({256000, 0}) && pave[7].Has({236800, 19200}));
+
+  std::vector<Shape> centre = p.Layer(2);
+  ASSERT_EQ(centre.size(), 14u);
+  EXPECT_EQ(centre[0].Sorted(), SortedCorners({{0, -128}, {0, 128}, {217600, -128}, {217600, 128}}));
+
+  // centre lights on both ribbons; on every other fillet quad centre and both edges
+  std::vector<Shape> lights = p.Layer(3);
+  ASSERT_EQ(lights.size(), 2u + 6u * 3u);
+  EXPECT_EQ(lights[0].attr, 100);
+  EXPECT_EQ(SortedCorners(lights[0].corners), SortedCorners({{0, 0}, {217600, 0}}));
+  EXPECT_EQ(lights[1].attr, 100);
+  for (std::size_t i = 2; i < lights.size(); ++i) EXPECT_EQ(lights[i].attr, i % 3 == 2 ? 25 : 256 + 25) << i;
+}
+
+TEST(TaxiPolygons, ATaxiwaySquareOnARunwayEndsShortAndFilletsIntoItsStubs) {
+  Polygons p({{-2000, 0, 0}, {2000, 0, 0}, {0, 0, -570}, {0, 0, 30}},
+             {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}}, true);
+  ASSERT_EQ(p.job.taxiList.count(), 3);
+  const auto& stub = p.job.taxiList.At(1)->corners;
+  EXPECT_EQ(stub[0].x, -38400);
+  EXPECT_EQ(stub[0].z, -19200);
+  EXPECT_EQ(stub[2].x, -51200);
+  EXPECT_EQ(stub[2].z, 19200);
+  std::vector<Shape> pave = p.Layer(0);
+  // the taxiway's ribbon, the fillet to each stub; the stubs have no pavement and
+  // their joint with each other makes nothing
+  ASSERT_EQ(pave.size(), 1u + 12u + 12u);
+  EXPECT_EQ(pave[0].Sorted(), SortedCorners({{-9600, -145920}, {9600, -145920}, {9600, -38400}, {-9600, -38400}}));
+  EXPECT_TRUE(pave[1].Has({-38400, -19200}) && pave[1].Has({-38400, 19200}));
+  EXPECT_TRUE(pave[12].Has({9600, -38400}) && pave[12].Has({-9600, -38400}));
+  // halfway on the outer curve (-38400, 19200), (9600, 19200), (9600, -38400)
+  EXPECT_TRUE(pave[6].Has({-2400, 4800}));
+}
+
+enum class Joint { kNothing, kStraight, kFillet };
+
+// Two edges of 3000 ft that meet at (3000, 0) ft, the second turned by the angle.
+Joint JointAtTurn(double degrees) {
+  double a = degrees * kPi / 180;
+  auto x = static_cast<std::int32_t>(std::lround(3000 + 3000 * std::cos(a)));
+  auto z = static_cast<std::int32_t>(std::lround(3000 * std::sin(a)));
+  Polygons p({{0, 0, 0}, {3000, 0, 0}, {x, 0, z}}, {{0, 1, 20, kTaxiway, 1}, {1, 2, 20, kTaxiway, 1}});
+  std::size_t joint = p.Layer(0).size() - 2;
+  return joint == 0 ? Joint::kNothing : joint == 1 ? Joint::kStraight : Joint::kFillet;
+}
+
+TEST(TaxiPolygons, TheTurnDecidesTheJoint) {
+  struct Case {
+    double degrees;
+    Joint joint;
+  } cases[] = {
+      {0, Joint::kStraight},
+      {19.9, Joint::kStraight},
+      {21, Joint::kStraight},  // the ribbon sides cross at less than 30 degrees
+      {45, Joint::kFillet},
+      {-45, Joint::kFillet},
+      {102, Joint::kFillet},  // a bend of two edges
+      {149.5, Joint::kFillet},
+      {150.5, Joint::kNothing},  // a hairpin stays open
+      {-150.5, Joint::kNothing},
+  };
+  for (const Case& c : cases) EXPECT_EQ(JointAtTurn(c.degrees), c.joint) << c.degrees;
+}
+
+TEST(TaxiPolygons, AtAJunctionASharpTurnLeavesNothing) {
+  // three edges meet at (3000, 0); edges 0 and 1 turn by 102 degrees
+  double a = 102 * kPi / 180;
+  auto x = static_cast<std::int32_t>(std::lround(3000 + 3000 * std::cos(a)));
+  auto z = static_cast<std::int32_t>(std::lround(3000 * std::sin(a)));
+  Polygons p({{0, 0, 0}, {3000, 0, 0}, {x, 0, z}, {3000, 0, -3000}},
+             {{0, 1, 20, kTaxiway, 1}, {1, 2, 20, kTaxiway, 1}, {1, 3, 20, kTaxiway, 1}});
+  EXPECT_EQ(p.job.Mark(1), 3);
+  // three ribbons; joint 0-1 turns by 102 degrees, 0-2 by 90, and 1-2, coming
+  // back along edge 1, by 12 degrees: a fillet and a straight quad, no more
+  std::size_t joints = p.Layer(0).size() - 3;
+  Polygons right({{0, 0, 0}, {3000, 0, 0}, {3000, 0, -3000}}, {{0, 1, 20, kTaxiway, 1}, {1, 2, 20, kTaxiway, 1}});
+  EXPECT_EQ(joints, right.Layer(0).size() - 2 + 1);
+}
+
+TEST(DrawFillet, StepsAndEdgeLightsFollowTheCurveLength) {
+  struct Case {
+    double length;
+    std::size_t quads;
+    std::size_t edgeLights;
+  } cases[] = {
+      {44799.0, 6, 0},   // a short fillet has no edge lights
+      {44800.0, 7, 6},   // lights on quads 2, 4 and 6, both sides
+      {159999.0, 24, 24},
+      {160000.0, 25, 24},
+      {300000.0, 25, 24},  // at most 25 steps
+      {100.0, 1, 0},       // at least one
+  };
+  for (const Case& c : cases) {
+    TileGrid grid;
+    bgrtest::OneTile(grid);
+    QuadStyle style{true, 0, true, true, true, 0};
+    double h = c.length / 2;
+    DrawFillet(grid, style, {0, 0}, {h, 0}, {c.length, 0}, {0, 5000}, {h, 5000}, {c.length, 5000});
+    EXPECT_EQ(ShapesOf(grid, 0).size(), c.quads) << c.length;
+    EXPECT_EQ(ShapesOf(grid, 3).size(), c.edgeLights) << c.length;
+  }
+}
+
+TEST(DrawQuad, ACentreStripNeedsAnEndWiderThanAFoot) {
+  for (std::int32_t width : {256, 258}) {
+    TileGrid grid;
+    bgrtest::OneTile(grid);
+    QuadStyle style{false, 1, false, false, true, 100};
+    DrawQuad(grid, style, {0, 0, 0}, {0, 0, width}, {5000, 0, width}, {5000, 0, 0});
+    std::vector<Shape> strips = ShapesOf(grid, 2);
+    ASSERT_EQ(strips.size(), width > 256 ? 1u : 0u) << width;
+    if (!strips.empty()) {
+      EXPECT_EQ(strips[0].Sorted(), SortedCorners({{0, 1}, {0, 257}, {5000, 1}, {5000, 257}}));
+    }
+  }
+}
+
+TEST(YellowLine, IsAFootWideStripFromPointToPoint) {
+  TileGrid grid;
+  bgrtest::OneTile(grid);
+  GenerateYellowLine(grid, 0, 0, 0, 0);
+  EXPECT_TRUE(ShapesOf(grid, 2).empty());
+  GenerateYellowLine(grid, 0, 0, 2560, 0);
+  std::vector<Shape> strips = ShapesOf(grid, 2);
+  ASSERT_EQ(strips.size(), 1u);
+  EXPECT_EQ(strips[0].Sorted(), SortedCorners({{0, -128}, {0, 128}, {2560, -128}, {2560, 128}}));
+}
+
+TEST(JoinedPairs, RemembersEitherOrderUntilFull) {
+  JoinedPairs pairs;
+  EXPECT_TRUE(pairs.Remember(0, 1));
+  EXPECT_FALSE(pairs.Remember(1, 0));
+  EXPECT_FALSE(pairs.Remember(0, 1));
+  for (std::int32_t i = 1; i < JoinedPairs::kCapacity; ++i) EXPECT_TRUE(pairs.Remember(i + 10, i + 20000));
+  // the table is full: a new pair is made each time it is asked for
+  EXPECT_TRUE(pairs.Remember(5, 6));
+  EXPECT_TRUE(pairs.Remember(6, 5));
+  EXPECT_FALSE(pairs.Remember(11, 20001));
+}
+
+}  // namespace
+}  // namespace bgr
+
+namespace bgr {
+namespace {
+
+// The walk as plain recursion over all segments, and the pair table as a plain
+// array: what the indexed versions must agree with.
+struct PlainWalk {
+  void Visit(std::int32_t i) {
+    if (polygons.Visited(i)) return;
+    polygons.GenerateRibbon(i);
+    polygons.SetVisited(i);
+    const TaxiwayEdge& e = job.Edge(static_cast<std::int32_t>(job.taxiList.At(i)->edge));
+    for (std::int32_t j = 0; j < job.taxiList.count(); ++j) {
+      if (j == i) continue;
+      const TaxiwayEdge& o = job.Edge(static_cast<std::int32_t>(job.taxiList.At(j)->edge));
+      if (e.end == o.start || e.end == o.end) {
+        Visit(j);
+        polygons.GenerateJoint(i, j, false, e.end == o.start);
+      }
+      if (e.start == o.start || e.start == o.end) {
+        Visit(j);
+        polygons.GenerateJoint(i, j, true, e.start == o.start);
+      }
+    }
+  }
+  TmsJob& job;
+  TaxiPolygons& polygons;
+};
+
+struct PlainPairs {
+  bool Remember(std::int32_t a, std::int32_t b) {
+    for (auto& entry : table) {
+      if (entry.first == 0 && entry.second == 0) {
+        entry = {a, b};
+        return true;
+      }
+      if (entry == std::pair{a, b} || entry == std::pair{b, a}) return false;
+    }
+    return true;
+  }
+  std::vector<std::pair<std::int32_t, std::int32_t>> table = std::vector<std::pair<std::int32_t, std::int32_t>>(
+      JoinedPairs::kCapacity);
+};
+
+TEST(JoinedPairs, AgreesWithThePlainTable) {
+  std::uint32_t seed = 7;
+  auto next = [&seed](std::uint32_t n) {
+    seed = seed * 1103515245u + 12345u;
+    return static_cast<std::int32_t>((seed >> 8) % n);
+  };
+  JoinedPairs fast;
+  PlainPairs plain;
+  for (int i = 0; i < 20000; ++i) {
+    std::int32_t a = next(300), b = next(300);
+    if (a == b) continue;
+    ASSERT_EQ(fast.Remember(a, b), plain.Remember(a, b)) << i;
+  }
+}
+
+// A random network in feet: points on a small grid so that edges share them,
+// some edges from a point to itself or to points that don't exist.
+void RandomNetwork(TmsJob& job, std::uint32_t seed, std::int32_t points, std::int32_t edges) {
+  auto next = [&seed](std::uint32_t n) {
+    seed = seed * 1664525u + 1013904223u;
+    return static_cast<std::int32_t>((seed >> 8) % n);
+  };
+  for (std::int32_t i = 0; i < points; ++i) job.network.points.Add(next(40) * 300, 0, next(40) * 300, -1);
+  for (std::int32_t i = 0; i < edges; ++i) {
+    std::int32_t a = next(static_cast<std::uint32_t>(points)), b = next(static_cast<std::uint32_t>(points) + 2);
+    if (next(20) == 0) b = a;
+    std::int32_t flags = next(16), type = next(10) == 0 ? kExitStub : kTaxiway;
+    job.Edge(job.network.edgeCount++) = {a, b, 20 + next(200), type, flags};
+  }
+  job.PrepareNetwork();
+  job.FillTaxiList();
+  bgrtest::OneTile(job.grid);
+}
+
+TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
+  for (std::uint32_t seed = 1; seed <= 30; ++seed) {
+    bgrtest::TestRun run;
+    auto fast = std::make_unique<TmsJob>(run.ctx);
+    auto plain = std::make_unique<TmsJob>(run.ctx);
+    std::int32_t points = 20 + static_cast<std::int32_t>(seed * 7), edges = 30 + static_cast<std::int32_t>(seed * 9);
+    RandomNetwork(*fast, seed, points, edges);
+    RandomNetwork(*plain, seed, points, edges);
+    TaxiPolygons(*fast).Generate();
+    TaxiPolygons polygons(*plain);
+    polygons.Reset();
+    PlainWalk walk{*plain, polygons};
+    for (std::int32_t i = 0; i < plain->taxiList.count(); ++i) walk.Visit(i);
+    for (std::int32_t layer = 0; layer < kLayers; ++layer) {
+      std::vector<Shape> a = ShapesOf(fast->grid, layer), b = ShapesOf(plain->grid, layer);
+      ASSERT_EQ(a.size(), b.size()) << "seed " << seed << " layer " << layer;
+      for (std::size_t k = 0; k < a.size(); ++k) {
+        ASSERT_EQ(a[k].corners, b[k].corners) << "seed " << seed << " layer " << layer << " shape " << k;
+        ASSERT_EQ(a[k].attr, b[k].attr);
+      }
+    }
+  }
+}
+
+void* WalkAChain(void* arg) {
+  auto* job = static_cast<TmsJob*>(arg);
+  TaxiPolygons(*job).Generate();
+  return nullptr;
+}
+
+TEST(TaxiPolygons, AChainOfAllSegmentsWalksOnASmallStack) {
+  bgrtest::TestRun run;
+  auto job = std::make_unique<TmsJob>(run.ctx);
+  std::int32_t n = TaxiwayList::kMaxEdges;
+  for (std::int32_t i = 0; i <= n; ++i) job->network.points.Add(i * 100, 0, (i % 2) * 100, -1);
+  // numbered backwards, so that the walk goes down the whole chain at once
+  for (std::int32_t i = 0; i < n; ++i) job->Edge(job->network.edgeCount++) = {n - i, n - i - 1, 50, kTaxiway, 1};
+  job->PrepareNetwork();
+  job->FillTaxiList();
+  bgrtest::OneTile(job->grid);
+  pthread_attr_t attr;
+  pthread_attr_init(&attr);
+  pthread_attr_setstacksize(&attr, 1 << 20);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attr, WalkAChain, job.get()), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attr);
+  // every ribbon and every joint between neighbours
+  EXPECT_GE(ShapesOf(job->grid, 0).size(), static_cast<std::size_t>(2 * n - 1));
+}
+
+}  // namespace
+}  // namespace bgr
