@@ -1,0 +1,211 @@
+// The -tm job, run as a user runs it: progress lines, the tile file, and the
+// network written back.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "cli/cli_case.h"
+#include "support/bgr_builder.h"
+#include "support/run_tool.h"
+#include "support/temp_dir.h"
+#include "support/tms_read.h"
+
+namespace bgrtest {
+namespace {
+
+constexpr std::int32_t kFlags = 15;
+constexpr std::int32_t kWidth75 = 17032;
+constexpr std::int32_t kWidth100 = 17096;
+constexpr std::int32_t kWidth150 = 17224;
+
+std::string Progress(const std::string& load, int taxiways, const std::string& tms) {
+  return load + "\nSnapEndPointsToRunways()\nMakeTaxiwayTaxiwayIntersections() edges=" + std::to_string(taxiways) +
+         "\nSnapEndPointsToTaxiways()\nGenerateApron(0)\nGenerateTaxiPolygons()\nGenerateIsYellow()\n"
+         "GenerateApron(1)\nGeneratePlyLights()\nGenerateOutputFile(" +
+         tms + ")\n";
+}
+
+std::vector<std::string> NoPly(const std::string& ply) {
+  return {"INFO: WrapFileOpen(" + ply + ", [00] r) failed",
+          "WARNING: TaxiwayList::OpenPly() polygon file '" + ply + "' not open"};
+}
+
+// 64 tiles, each with its four sections and nothing in them.
+std::string EmptyTiles(double lowX, double lowZ, float feet) {
+  Bytes b;
+  b.Tag("<bgno>").Tag("<orgn>").Double(0).Double(0).Double(0).Long(1);
+  b.Tag("<tlxz>").Long(8).Long(8).Tag("<feet>").Float(feet).Tag("<lowl>").Double(lowX).Double(0).Double(lowZ);
+  for (int x = 0; x < 8; ++x) {
+    for (int z = 0; z < 8; ++z) {
+      b.Tag("<tile>").Tag("<bgno>").Tag("<indx>").Long(x).Long(z);
+      for (const char* tag : {"<pave>", "<edmk>", "<cntr>"}) b.Tag(tag).Long(24).Long(20).Long(0x10000).Long(2).Long(0).Long(0).Long(0);
+      b.Tag("<lite>").Long(4).Long(0);
+      b.Tag("<endo>");
+    }
+  }
+  b.Tag("<endo>");
+  return b.data;
+}
+
+// Lines painted and nothing else, each from its own pair of points.
+std::string YellowLines(int n, bool written) {
+  BgrBuilder b;
+  b.Origin(0, 0);
+  for (int i = 0; i < n; ++i) b.Node(i * 10, 0, 0).Node(i * 10, 0, 300);
+  for (int i = 0; i < n; ++i) {
+    if (written) {
+      b.Edge(2 * i, 2 * i + 1, kWidth100, 0, 1);  // back as a taxiway 100 ft wide, flags cleared
+    } else {
+      b.Edge(2 * i, 2 * i + 1, kWidth75, 2, 1);
+    }
+  }
+  return b.End().data;
+}
+
+std::string YellowLinesLeftOut(int n) {
+  BgrBuilder b;
+  b.Origin(0, 0);
+  for (int i = 0; i < n; ++i) b.Node(i * 10, 0, 0).Node(i * 10, 0, 300);
+  return b.End().data;
+}
+
+std::vector<CliCase> Cases() {
+  std::vector<CliCase> cases;
+  cases.push_back({"without a network the job writes 64 empty tiles and fails",
+                   {"-tm", "x.bgr"},
+                   {},
+                   "ERROR: BgrTms source file 'x.bgr' not found\n" +
+                       Progress("Load(x.bgr) points=0 edges=0", 0, "x.TMS"),
+                   0,
+                   [] {
+                     auto r = NoPly("x.PLY");
+                     r.push_back("ERROR: BgrTms source file 'x.bgr' not found");
+                     return r;
+                   }(),
+                   {{"x.TMS", EmptyTiles(38562.49609375, 38562.49609375, 500.0f)}},
+                   {"x.bgr"}});
+  {
+    // a runway from (-2000, 0) to (2000, 0) ft and a taxiway that ends 30 ft short of it
+    BgrBuilder in;
+    in.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 30);
+    in.Edge(0, 1, kWidth150, kFlags, 0).Edge(2, 3, kWidth75, kFlags, 1).End();
+    // the end snapped on to the runway, the stubs' points kept, the stubs left out
+    BgrBuilder out;
+    out.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 0).Node(-200, 0, 0).Node(200, 0, 0);
+    out.Edge(0, 1, kWidth150, 0, 0).Edge(2, 3, kWidth75, 0, 1).End();
+    cases.push_back({"a taxiway end is snapped on to the runway and written back",
+                     {"-tm", "sq.bgr"},
+                     {{"sq.bgr", in.data}},
+                     Progress("Load(sq.bgr) points=4 edges=2", 1, "sq.TMS"),
+                     1,
+                     NoPly("sq.PLY"),
+                     {{"sq.bgr", out.data}}});
+  }
+  cases.push_back({"99 yellow lines come back as taxiways", {"-tm", "y.bgr"}, {{"y.bgr", YellowLines(99, false)}},
+                   Progress("Load(y.bgr) points=198 edges=99", 0, "y.TMS"), 1, NoPly("y.PLY"),
+                   {{"y.bgr", YellowLines(99, true)}}});
+  cases.push_back({"100 yellow lines are left out of the network", {"-tm", "y.bgr"}, {{"y.bgr", YellowLines(100, false)}},
+                   Progress("Load(y.bgr) points=200 edges=100", 0, "y.TMS"), 1, NoPly("y.PLY"),
+                   {{"y.bgr", YellowLinesLeftOut(100)}}});
+  {
+    BgrBuilder in;
+    in.Origin(0, 0).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kWidth75, 0, 1).End();
+    cases.push_back({"a source named as its tile file is not overwritten by its tiles",
+                     {"-tm", "same.tms"},
+                     {{"same.tms", in.data}},
+                     Progress("Load(same.tms) points=2 edges=1", 0, "same.TMS") +
+                         "ERROR: BgrTms source and destination are the same file 'same.TMS'\n",
+                     1,
+                     [] {
+                       auto r = NoPly("same.PLY");
+                       r.push_back("ERROR: BgrTms source and destination are the same file 'same.TMS'");
+                       return r;
+                     }()});
+  }
+  return cases;
+}
+
+class TmsCli : public ::testing::TestWithParam<CliCase> {};
+TEST_P(TmsCli, Runs) { RunCliCase(GetParam()); }
+INSTANTIATE_TEST_SUITE_P(Cases, TmsCli, ::testing::ValuesIn(Cases()),
+                         [](const auto& info) { return CaseName(info.param); });
+
+// Runs -tm on a network and its PLY text in a fresh folder and reads the tiles back.
+struct TmsRun {
+  TmsRun(const std::string& network, const std::string& ply) {
+    dir.Write("a.bgr", network);
+    if (!ply.empty()) dir.Write("a.PLY", ply);
+    run = RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"});
+    tiles = ReadTms(dir.path() + "/a.TMS");
+  }
+  TempDir dir;
+  ToolRun run;
+  TmsContent tiles;
+};
+
+std::vector<std::pair<std::int32_t, std::int32_t>> Sorted(std::vector<std::pair<std::int32_t, std::int32_t>> c) {
+  std::sort(c.begin(), c.end());
+  return c;
+}
+
+TEST(TmsJob, ARightAngleBendLiesInOneTileWithItsFillet) {
+  // a runway far to the south-west sizes the grid so that the bend needs no cutting
+  BgrBuilder b;
+  b.Origin(0, 0).Node(0, 0, 0).Node(1000, 0, 0).Node(1000, 0, 1000).Node(-13500, 0, -13500).Node(-13499, 0, -13500);
+  b.Edge(0, 1, kWidth100, kFlags, 1).Edge(1, 2, kWidth100, kFlags, 1).Edge(3, 4, kWidth100, kFlags, 0).End();
+  TmsRun r(b.data, "");
+  ASSERT_TRUE(r.tiles.read);
+  EXPECT_EQ(r.run.exitStatus, 1);
+  EXPECT_EQ(r.tiles.tileFeet, 1937.0f);  // 496000 units, cut to whole feet
+  EXPECT_EQ(r.tiles.lowl[0], -14000.0);
+  const auto& pave = r.tiles.tiles[7][7][0];
+  ASSERT_EQ(pave.size(), 14u);
+  ASSERT_EQ(r.tiles.Count(0), 14u);
+  // the file gives the last made first: the fillet, then ribbon 1, then ribbon 0
+  EXPECT_EQ(Sorted(pave[13].corners), Sorted({{0, 12800}, {0, -12800}, {217600, -12800}, {217600, 12800}}));
+  EXPECT_EQ(Sorted(pave[12].corners), Sorted({{243200, 38400}, {268800, 38400}, {268800, 256000}, {243200, 256000}}));
+  auto has = [](const TmsShape& s, std::pair<std::int32_t, std::int32_t> c) {
+    return std::find(s.corners.begin(), s.corners.end(), c) != s.corners.end();
+  };
+  EXPECT_TRUE(has(pave[11], {243200, 38400}) && has(pave[11], {268800, 38400}));
+  EXPECT_TRUE(has(pave[0], {217600, -12800}) && has(pave[0], {217600, 12800}));
+  EXPECT_EQ(r.tiles.Count(1), 0u);
+  EXPECT_EQ(r.tiles.Count(2), 14u);
+  // lights: the ribbons' centre strings, three strings on six fillet quads
+  const auto& lights = r.tiles.tiles[7][7][3];
+  ASSERT_EQ(lights.size(), 20u);
+  EXPECT_EQ(lights.back().lightType, 0);
+  EXPECT_EQ(lights.back().lightStep, 100.0f);
+  EXPECT_EQ(Sorted(lights.back().corners), Sorted({{0, 0}, {217600, 0}}));  // positions in whole feet, back in units
+  EXPECT_EQ(std::count_if(lights.begin(), lights.end(), [](const TmsShape& s) { return s.lightType == 1; }), 12);
+}
+
+TEST(TmsJob, ApronsAreMadeOnceAndLightsKeepTheirLowByte) {
+  BgrBuilder b;
+  b.Origin(0, 0).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kWidth75, 1, 0).End();
+  std::string triangle = "POI 10 10\nPOI 200 10\nPOI 10 200\nPLY apron\n";
+  std::string other = "POI 10 10\nPOI 300 10\nPOI 10 300\nPLY apron\n";
+  std::string hashZero = "POI 31 0\nPOI 0 -1\nPOI 0 0\nPLY apron\n";  // 31 - 31 + 0: counts as a repeat of nothing
+  std::string lights = "LGT 258 0 10 100 10 5\nLGT 3 50 50\n";
+  TmsRun r(b.data, "ORG 0 0\n" + hashZero + triangle + triangle + other + triangle + lights);
+  ASSERT_TRUE(r.tiles.read);
+  // the repeat right behind is dropped, the one behind another polygon is not
+  EXPECT_EQ(r.tiles.Count(0), 3u);
+  std::vector<const TmsShape*> strings;
+  for (const auto& column : r.tiles.tiles)
+    for (const auto& tile : column)
+      for (const TmsShape& s : tile[3]) strings.push_back(&s);
+  ASSERT_EQ(strings.size(), 2u);
+  for (const TmsShape* s : strings) {
+    EXPECT_EQ(s->lightStep, 100.0f);
+    if (s->lightType == 2) {
+      EXPECT_EQ(Sorted(s->corners), Sorted({{0, 2560}, {100 * 256, 2560}}));
+    } else {
+      EXPECT_EQ(s->lightType, 3);
+      EXPECT_EQ(s->corners, (std::vector<std::pair<std::int32_t, std::int32_t>>{{50 * 256, 50 * 256}, {50 * 256, 50 * 256}}));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace bgrtest
