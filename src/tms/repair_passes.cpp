@@ -1,6 +1,9 @@
 #include "tms/repair_passes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <unordered_map>
+#include <vector>
 
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
@@ -22,24 +25,34 @@ std::uint32_t Index(std::int32_t point) { return static_cast<std::uint32_t>(poin
 
 double Distance(double x, double z, const TEXPOINT& p) { return PointDistance(x, z, p.x, p.z); }
 
-// The far end of the first taxiway that ends at q, by rising edge number; -1
-// when no taxiway ends there.
-std::int32_t FarEnd(TmsJob& job, std::int32_t q) {
+// For each point, the far end of the first taxiway that ends there, by rising
+// edge number; -1 where no taxiway ends. The runway passes add no taxiways, so
+// one table serves a whole pass.
+std::vector<std::int32_t> FarEnds(TmsJob& job) {
+  std::vector<std::int32_t> far(static_cast<std::size_t>(job.network.points.count()), -1);
+  std::vector<char> found(far.size(), 0);
+  auto set = [&](std::int32_t at, std::int32_t other) {
+    if (at < 0 || static_cast<std::size_t>(at) >= far.size() || found[static_cast<std::size_t>(at)]) return;
+    found[static_cast<std::size_t>(at)] = 1;
+    far[static_cast<std::size_t>(at)] = other;
+  };
   for (std::int32_t i = 0; i < job.EdgeCount(); ++i) {
     const TaxiwayEdge& e = job.Edge(i);
     if (e.type != kTaxiway) continue;
-    if (e.start == q) return e.end;
-    if (e.end == q) return e.start;
+    set(e.start, e.end);
+    set(e.end, e.start);
   }
-  return -1;
+  return far;
 }
 
 // Where the taxiway that ends at q, run on, crosses a runway's line at no
 // less than 20 degrees; false when q isn't near the runway or has no taxiway.
-bool CrossingOnRunway(TmsJob& job, const PlaneLine& runway, std::int32_t q, double* x, double* z, TEXPOINT* far) {
+bool CrossingOnRunway(TmsJob& job, const std::vector<std::int32_t>& farEnds, const PlaneLine& runway, std::int32_t q,
+                      double* x, double* z, TEXPOINT* far) {
   TEXPOINT p = job.Point(q);
   if (!runway.IsNear(p.x, p.z, kSnapReach)) return false;
-  std::int32_t r = FarEnd(job, q);
+  // a far end of no point counts as no taxiway at all
+  std::int32_t r = farEnds[static_cast<std::size_t>(q)];
   if (r < 0) return false;
   *far = job.Point(r);
   PlaneLine taxiway;
@@ -69,6 +82,7 @@ bool WithinEdge(double x, double z, const PlaneLine& line, const TEXPOINT& a, co
 
 void SnapEndPointsToRunways(TmsJob& job) {
   job.ctx().console().Write("SnapEndPointsToRunways()\n");
+  std::vector<std::int32_t> farEnds = FarEnds(job);
   for (std::int32_t i = 0; i < job.runwayList.count(); ++i) {
     Segment& runway = *job.runwayList.At(i);
     const TaxiwayEdge& edge = job.Edge(static_cast<std::int32_t>(runway.edge));
@@ -78,7 +92,7 @@ void SnapEndPointsToRunways(TmsJob& job) {
       if (job.Mark(Index(q)) != 1) continue;
       double x, z;
       TEXPOINT far;
-      if (!CrossingOnRunway(job, runway.line, q, &x, &z, &far)) continue;
+      if (!CrossingOnRunway(job, farEnds, runway.line, q, &x, &z, &far)) continue;
       if (Distance(x, z, s) < reach && Distance(x, z, e) < reach) MovePoint(job, q, x, z);
     }
   }
@@ -86,6 +100,7 @@ void SnapEndPointsToRunways(TmsJob& job) {
 
 void MakeRunwayExitStubs(TmsJob& job) {
   std::int32_t points = job.network.points.count();  // the stubs' own points are not looked at
+  std::vector<std::int32_t> farEnds = FarEnds(job);
   for (std::int32_t i = 0; i < job.runwayList.count(); ++i) {
     Segment& runway = *job.runwayList.At(i);
     const TaxiwayEdge& edge = job.Edge(static_cast<std::int32_t>(runway.edge));
@@ -100,7 +115,7 @@ void MakeRunwayExitStubs(TmsJob& job) {
       if (job.Mark(Index(q)) != 1) continue;
       double x, z;
       TEXPOINT r;
-      if (!CrossingOnRunway(job, runway.line, q, &x, &z, &r)) continue;
+      if (!CrossingOnRunway(job, farEnds, runway.line, q, &x, &z, &r)) continue;
       double ax = x - stepX, az = z - stepZ, bx = x + stepX, bz = z + stepZ;
       bool wantA = Distance(ax, az, e) < limit && std::fabs(TurnAngle(ax, az, x, z, r.x, r.z)) <= kWidestStubTurn;
       bool wantB = Distance(bx, bz, s) < limit && std::fabs(TurnAngle(bx, bz, x, z, r.x, r.z)) <= kWidestStubTurn;
@@ -161,26 +176,178 @@ void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
   }
 }
 
+bool SnapEndPointsToTaxiway(TmsJob& job, std::int32_t a, std::int32_t b) {
+  if (a == b || job.Edge(b).type != kTaxiway) return false;
+  const TaxiwayEdge& ea = job.Edge(a);
+  bool startFree = job.Mark(Index(ea.start)) == 1;
+  bool endFree = job.Mark(Index(ea.end)) == 1;
+  if (!startFree && !endFree) return false;
+  const TaxiwayEdge& eb = job.Edge(b);
+  TEXPOINT b0 = job.Point(eb.start), b1 = job.Point(eb.end);
+  PlaneLine la, lb;
+  la.SetFromPoints(job.Point(ea.start), job.Point(ea.end));
+  lb.SetFromPoints(b0, b1);
+  double x, z;
+  if (!la.Intersect(lb, &x, &z, 0) || !WithinEdge(x, z, lb, b0, b1, kTaxiwaySnapClearance)) return false;
+  std::int32_t edges = job.EdgeCount();
+  std::int32_t start = ea.start, end = ea.end;
+  if (job.Mark(Index(start)) == 1) SplitEdgeAtEndPoint(job, start, x, z, b);
+  if (endFree) SplitEdgeAtEndPoint(job, end, x, z, b);
+  return job.EdgeCount() != edges;
+}
+
+namespace {
+
+// Which taxiways a free end could be snapped on to. A snap on to edge b needs a
+// crossing X with |XA| and |XB| at most L - 100 ft (A, B its ends, L its
+// length) and X within 150 ft of the end; then |XM|^2 = (|XA|^2 + |XB|^2)/2 -
+// L^2/4 bounds X to a disc round the midpoint M. Each taxiway sits in the grid
+// cells under that disc widened by the reach, and follows its points as the pass
+// moves them.
+class SnapReachIndex {
+ public:
+  explicit SnapReachIndex(TmsJob& job) : job_(job) {
+    for (std::int32_t i = 0; i < job.EdgeCount(); ++i) Insert(i);
+  }
+
+  // The taxiways above 'after' that may reach one of the points, by rising number.
+  void Candidates(const std::vector<TEXPOINT>& ends, std::int32_t after, std::vector<std::int32_t>& out) const {
+    out.clear();
+    for (const TEXPOINT& p : ends) {
+      auto add = [&](const std::vector<std::int32_t>& list) {
+        for (std::int32_t e : list) {
+          if (e > after && Reaches(e, p)) out.push_back(e);
+        }
+      };
+      auto cell = cells_.find(Key(Cell(p.x), Cell(p.z)));
+      if (cell != cells_.end()) add(cell->second);
+      add(wide_);
+    }
+    std::sort(out.begin(), out.end());
+    out.erase(std::unique(out.begin(), out.end()), out.end());
+  }
+
+  // After a split of b at point p that made edge 'added': b, the new edge and
+  // every taxiway at p (which moved) have new ends. Splits are few; a walk over
+  // the edges finds those at p.
+  void Split(std::int32_t b, std::int32_t added, std::int32_t p) {
+    Insert(added);
+    Update(b);
+    for (std::int32_t e = 0; e < job_.EdgeCount(); ++e) {
+      const TaxiwayEdge& edge = job_.Edge(e);
+      if (e != b && e != added && (edge.start == p || edge.end == p)) Update(e);
+    }
+  }
+
+ private:
+  static constexpr double kCell = 262144.0;
+  static constexpr std::int64_t kMostCells = 64;
+  static constexpr double kSlack = 256.0;  // rounding of the crossing and the distances
+
+  struct Disc {
+    double x = 0, z = 0, radius = -1;
+    std::int64_t x0 = 0, x1 = -1, z0 = 0, z1 = -1;  // cells held; x1 < x0 for none
+    bool wide = false;
+  };
+
+  static std::int64_t Cell(double v) { return static_cast<std::int64_t>(std::floor(v / kCell)); }
+  static std::uint64_t Key(std::int64_t cx, std::int64_t cz) {
+    return (static_cast<std::uint64_t>(cx) << 32) ^ static_cast<std::uint64_t>(cz & 0xFFFFFFFF);
+  }
+
+  bool Reaches(std::int32_t e, const TEXPOINT& p) const {
+    const Disc& d = discs_[static_cast<std::size_t>(e)];
+    return PointDistance(d.x, d.z, p.x, p.z) <= d.radius;
+  }
+
+  void Insert(std::int32_t e) {
+    if (static_cast<std::size_t>(e) >= discs_.size()) discs_.resize(static_cast<std::size_t>(e) + 1);
+    const TaxiwayEdge& edge = job_.Edge(e);
+    if (edge.type != kTaxiway) return;
+    Place(e);
+  }
+
+  void Update(std::int32_t e) {
+    if (job_.Edge(e).type != kTaxiway) return;
+    Remove(e);
+    Place(e);
+  }
+
+  void Place(std::int32_t e) {
+    const TaxiwayEdge& edge = job_.Edge(e);
+    TEXPOINT a = job_.Point(edge.start), b = job_.Point(edge.end);
+    double length = PointDistance(a.x, a.z, b.x, b.z);
+    double room = length - kTaxiwaySnapClearance;
+    double squared = room * room - length * length / 4;
+    Disc& d = discs_[static_cast<std::size_t>(e)];
+    d = Disc{};
+    if (room < 0 || squared < 0) return;  // no point lies far enough from both ends
+    d.x = (double(a.x) + b.x) / 2;
+    d.z = (double(a.z) + b.z) / 2;
+    d.radius = std::sqrt(squared) + kSnapReach + kSlack;
+    d.x0 = Cell(d.x - d.radius);
+    d.x1 = Cell(d.x + d.radius);
+    d.z0 = Cell(d.z - d.radius);
+    d.z1 = Cell(d.z + d.radius);
+    if ((d.x1 - d.x0 + 1) * (d.z1 - d.z0 + 1) > kMostCells) {
+      d.wide = true;
+      wide_.push_back(e);
+      return;
+    }
+    for (std::int64_t cx = d.x0; cx <= d.x1; ++cx)
+      for (std::int64_t cz = d.z0; cz <= d.z1; ++cz) cells_[Key(cx, cz)].push_back(e);
+  }
+
+  void Remove(std::int32_t e) {
+    Disc& d = discs_[static_cast<std::size_t>(e)];
+    auto drop = [e](std::vector<std::int32_t>& list) {
+      auto it = std::find(list.begin(), list.end(), e);
+      if (it != list.end()) list.erase(it);
+    };
+    if (d.wide) {
+      drop(wide_);
+    } else {
+      for (std::int64_t cx = d.x0; cx <= d.x1; ++cx)
+        for (std::int64_t cz = d.z0; cz <= d.z1; ++cz) drop(cells_[Key(cx, cz)]);
+    }
+    d = Disc{};
+  }
+
+  TmsJob& job_;
+  std::vector<Disc> discs_;
+  std::unordered_map<std::uint64_t, std::vector<std::int32_t>> cells_;
+  std::vector<std::int32_t> wide_;  // discs too large for the cells
+};
+
+}  // namespace
+
 void SnapEndPointsToTaxiways(TmsJob& job) {
   job.ctx().console().Write("SnapEndPointsToTaxiways()\n");
+  SnapReachIndex index(job);
+  std::vector<std::int32_t> candidates;
+  std::vector<TEXPOINT> ends;
   for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
     if (job.Edge(a).type != kTaxiway) continue;
-    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) {
-      if (a == b || job.Edge(b).type != kTaxiway) continue;
+    std::int32_t last = -1;
+    for (bool again = true; again;) {
+      again = false;
+      // the ends' marks only rise, so an end that isn't free now stays so
       const TaxiwayEdge& ea = job.Edge(a);
-      bool startFree = job.Mark(Index(ea.start)) == 1;
-      bool endFree = job.Mark(Index(ea.end)) == 1;
-      if (!startFree && !endFree) continue;
-      const TaxiwayEdge& eb = job.Edge(b);
-      TEXPOINT b0 = job.Point(eb.start), b1 = job.Point(eb.end);
-      PlaneLine la, lb;
-      la.SetFromPoints(job.Point(ea.start), job.Point(ea.end));
-      lb.SetFromPoints(b0, b1);
-      double x, z;
-      if (!la.Intersect(lb, &x, &z, 0) || !WithinEdge(x, z, lb, b0, b1, kTaxiwaySnapClearance)) continue;
-      std::int32_t start = ea.start, end = ea.end;
-      if (job.Mark(Index(start)) == 1) SplitEdgeAtEndPoint(job, start, x, z, b);
-      if (endFree) SplitEdgeAtEndPoint(job, end, x, z, b);
+      bool startFree = job.Mark(Index(ea.start)) == 1, endFree = job.Mark(Index(ea.end)) == 1;
+      if (!startFree && !endFree) break;
+      ends.clear();
+      if (startFree) ends.push_back(job.Point(ea.start));
+      if (endFree) ends.push_back(job.Point(ea.end));
+      index.Candidates(ends, last, candidates);
+      for (std::int32_t b : candidates) {
+        std::int32_t edges = job.EdgeCount();
+        if (!SnapEndPointsToTaxiway(job, a, b)) continue;
+        // each split made one edge that starts at the point it moved
+        for (std::int32_t n = edges; n < job.EdgeCount(); ++n) index.Split(b, n, job.Edge(n).start);
+        last = b;
+        again = true;
+        break;
+      }
     }
   }
 }

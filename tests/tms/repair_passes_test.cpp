@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 
 #include "support/test_run.h"
 #include "tms/tms_job.h"
@@ -143,6 +144,62 @@ TEST(RepairPasses, EndPointsSnapOnToTaxiwaysFromEitherSide) {
   EXPECT_EQ(j.job.Mark(3), 3);
   EXPECT_EQ(j.job.Edge(0).end, 3);  // the long taxiway ends at the first split, its rest goes on
   EXPECT_EQ(j.job.Edge(4).start, 3);
+}
+
+}  // namespace
+}  // namespace bgr
+
+namespace bgr {
+namespace {
+
+// The pass as plain walks over all pairs: what the indexed pass must agree with.
+void PlainSnapEndPointsToTaxiways(TmsJob& job) {
+  for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
+    if (job.Edge(a).type != kTaxiway) continue;
+    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) SnapEndPointsToTaxiway(job, a, b);
+  }
+}
+
+// Taxiways of all lengths among each other, many with an end just beside
+// another; some point at themselves or at points that don't exist.
+void RandomNetwork(TmsJob& job, std::uint32_t seed, std::int32_t points, std::int32_t edges) {
+  auto next = [&seed](std::uint32_t n) {
+    seed = seed * 1664525u + 1013904223u;
+    return static_cast<std::int32_t>((seed >> 8) % n);
+  };
+  for (std::int32_t i = 0; i < points; ++i) job.network.points.Add(next(3000), 0, next(3000), -1);
+  for (std::int32_t i = 0; i < edges; ++i) {
+    std::int32_t a = next(static_cast<std::uint32_t>(points)), b = next(static_cast<std::uint32_t>(points) + 3);
+    if (next(30) == 0) b = a;
+    job.Edge(job.network.edgeCount++) = {a, b, 50, next(12) == 0 ? kRunway : kTaxiway, next(6) == 0 ? 8 : 15};
+  }
+  job.PrepareNetwork();
+}
+
+TEST(RepairPasses, SnappingOnToTaxiwaysMatchesThePlainWalk) {
+  std::int32_t splits = 0;
+  for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+    bgrtest::TestRun run;
+    auto fast = std::make_unique<TmsJob>(run.ctx);
+    auto plain = std::make_unique<TmsJob>(run.ctx);
+    std::int32_t points = 30 + static_cast<std::int32_t>(seed * 11), edges = 20 + static_cast<std::int32_t>(seed * 7);
+    RandomNetwork(*fast, seed, points, edges);
+    RandomNetwork(*plain, seed, points, edges);
+    SnapEndPointsToTaxiways(*fast);
+    PlainSnapEndPointsToTaxiways(*plain);
+    ASSERT_EQ(fast->EdgeCount(), plain->EdgeCount()) << seed;
+    splits += fast->EdgeCount() - edges;
+    for (std::int32_t i = 0; i < fast->EdgeCount(); ++i) {
+      const TaxiwayEdge &f = fast->Edge(i), &p = plain->Edge(i);
+      ASSERT_TRUE(f.start == p.start && f.end == p.end && f.type == p.type) << seed << " edge " << i;
+    }
+    for (std::int32_t i = 0; i < points; ++i) {
+      ASSERT_TRUE(fast->network.points[i].Equals(plain->network.points[i].x, 0, plain->network.points[i].z))
+          << seed << " point " << i;
+      ASSERT_EQ(fast->Mark(static_cast<std::uint32_t>(i)), plain->Mark(static_cast<std::uint32_t>(i)));
+    }
+  }
+  EXPECT_GT(splits, 40);  // the networks do snap, often
 }
 
 }  // namespace

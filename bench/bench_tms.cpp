@@ -1,0 +1,35 @@
+// The -tm job on generated airports, from reading the files to writing them back.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+
+#include "bench_util.h"
+#include "support/airport_gen.h"
+#include "tms/tms_job.h"
+
+namespace {
+
+void BM_TmsJob(benchmark::State& state) {
+  bgrtest::AirportSize size;
+  size.edges = static_cast<std::int32_t>(state.range(0));
+  size.points = size.edges * 2;
+  size.aprons = size.edges / 150;
+  size.lights = size.edges / 3;
+  bgrtest::Airport airport = bgrtest::MakeAirport(size);
+  std::string bgr = bgrbench::TempPath("tms-" + std::to_string(size.edges) + ".bgr");
+  std::string ply = bgr.substr(0, bgr.size() - 3) + "PLY";
+  bgrbench::WriteFile(ply, airport.ply);
+  for (auto _ : state) {
+    state.PauseTiming();
+    bgrbench::WriteFile(bgr, airport.bgr);  // the job writes its network back over it
+    state.ResumeTiming();
+    bgrbench::QuietRun run;
+    auto job = std::make_unique<bgr::TmsJob>(run.ctx());
+    benchmark::DoNotOptimize(job->Run(bgr));
+  }
+  state.counters["edges"] = airport.edgeCount;
+  state.counters["points"] = airport.pointCount;
+}
+BENCHMARK(BM_TmsJob)->Arg(1500)->Arg(3000)->Arg(6000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
