@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <cstring>
 
 #include "formats/little_endian.h"
@@ -82,9 +83,16 @@ bool BgrFile::Close() {
   }
   bool wasWriting = writing_ != 0;
   if (wasWriting) WriteTag("<endo>");
+  bool flushed = !wasWriting || FlushPending();
+  int flushError = writeError_;
   writing_ = 0;
+  writeFailed_ = false;
+  writeError_ = 0;
   std::string failure;
-  if (!stream_.Close()) {
+  bool closed = stream_.Close();
+  if (!flushed) {
+    failure = std::strerror(flushError != 0 ? flushError : EIO);
+  } else if (!closed) {
     failure = stream_.error();
   } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
     failure = "the new file cannot take the old one's place";
@@ -99,6 +107,8 @@ bool BgrFile::Close() {
 }
 
 void BgrFile::Abandon() {
+  pending_.clear();
+  writeFailed_ = false;
   if (stream_) std::fclose(stream_.release());
   if (!part_.empty()) platform::RemoveFile(part_);
   part_.clear();
@@ -136,13 +146,13 @@ bool BgrFile::ReadBytes(void* out, std::size_t n) {
 
 long BgrFile::Tell() const {
   if (!stream_) return 0;
-  if (writing_) return std::ftell(stream_.get());
+  if (writing_) return std::ftell(stream_.get()) + static_cast<long>(pending_.size());
   return windowStart_ + static_cast<long>(windowPos_);
 }
 
 bool BgrFile::Seek(long position) {
   if (!stream_ || position < 0) return false;
-  if (writing_) return std::fseek(stream_.get(), position, SEEK_SET) == 0;
+  if (writing_) return FlushPending() && std::fseek(stream_.get(), position, SEEK_SET) == 0;
   if (position >= windowStart_ && position <= windowStart_ + static_cast<long>(windowLen_)) {
     windowPos_ = static_cast<std::size_t>(position - windowStart_);
     return true;
@@ -155,6 +165,7 @@ bool BgrFile::Seek(long position) {
 
 long BgrFile::Length() {
   if (!stream_) return 0;
+  if (writing_) FlushPending();
   std::FILE* f = stream_.get();
   long here = std::ftell(f);
   std::fseek(f, 0, SEEK_END);
@@ -163,10 +174,26 @@ long BgrFile::Length() {
   return length;
 }
 
+bool BgrFile::WriteBytes(const void* data, std::size_t n) {
+  if (!stream_ || writeFailed_) return false;
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  pending_.insert(pending_.end(), bytes, bytes + n);
+  return pending_.size() < kWindowBytes || FlushPending();
+}
+
+bool BgrFile::FlushPending() {
+  if (!pending_.empty() && stream_ && !writeFailed_) {
+    errno = 0;
+    writeFailed_ = std::fwrite(pending_.data(), 1, pending_.size(), stream_.get()) != pending_.size();
+    if (writeFailed_) writeError_ = errno;
+  }
+  pending_.clear();
+  return !writeFailed_;
+}
+
 bool BgrFile::WriteTag(std::string_view text) {
-  if (!stream_) return false;
-  std::size_t n = std::fwrite(text.data(), 1, text.size(), stream_.get());
-  return n == text.size() && std::fputc(0, stream_.get()) != EOF;
+  static constexpr char kZero = 0;
+  return WriteBytes(text.data(), text.size()) && WriteBytes(&kZero, 1);
 }
 
 bool BgrFile::ReadTag(std::string_view text) {
@@ -185,15 +212,27 @@ bool BgrFile::ReadTag(std::string_view text) {
   return false;
 }
 
-bool BgrFile::WriteLong(std::int32_t value) { return WriteI32(stream_.get(), value); }
+bool BgrFile::WriteLong(std::int32_t value) {
+  unsigned char b[4];
+  EncodeU32(static_cast<std::uint32_t>(value), b);
+  return WriteBytes(b, 4);
+}
 
 bool BgrFile::WriteRaw32(const void* word) {
   std::uint32_t u;
   std::memcpy(&u, word, 4);
-  return WriteU32(stream_.get(), u);
+  unsigned char b[4];
+  EncodeU32(u, b);
+  return WriteBytes(b, 4);
 }
 
-bool BgrFile::WriteDouble(double value) { return WriteF64(stream_.get(), value); }
+bool BgrFile::WriteDouble(double value) {
+  auto u = std::bit_cast<std::uint64_t>(value);
+  unsigned char b[8];
+  EncodeU32(static_cast<std::uint32_t>(u), b);
+  EncodeU32(static_cast<std::uint32_t>(u >> 32), b + 4);
+  return WriteBytes(b, 8);
+}
 bool BgrFile::ReadLong(std::int32_t* value) {
   unsigned char b[4];
   if (writing_ || !ReadBytes(b, 4)) return false;

@@ -86,6 +86,10 @@ class BgrFile {
   // Reading goes through a window of the file of our own, so that the many
   // tries of a tag that isn't there (and the seeks back) cost no system call.
   bool ReadBytes(void* out, std::size_t n);
+  // Writing goes through a buffer of our own too: a file of millions of words
+  // would otherwise cost a library call each.
+  bool WriteBytes(const void* data, std::size_t n);
+  bool FlushPending();
   int GetByte();
   bool Refill();
   void ResetWindow(long start);
@@ -96,6 +100,9 @@ class BgrFile {
   std::string part_;  // the name written to until Close, when replacing
   Stream stream_;
   std::vector<unsigned char> window_;
+  std::vector<unsigned char> pending_;
+  bool writeFailed_ = false;
+  int writeError_ = 0;  // the system's reason of a failed write
   long windowStart_ = 0;
   std::size_t windowPos_ = 0;
   std::size_t windowLen_ = 0;

@@ -12,6 +12,10 @@ inline std::uint32_t DecodeU32(const unsigned char* b) {
          static_cast<std::uint32_t>(b[2]) << 16 | static_cast<std::uint32_t>(b[3]) << 24;
 }
 
+inline void EncodeU32(std::uint32_t v, unsigned char* b) {
+  for (int i = 0; i < 4; ++i) b[i] = static_cast<unsigned char>(v >> (8 * i));
+}
+
 inline std::uint64_t DecodeU64(const unsigned char* b) {
   std::uint64_t out = 0;
   for (int i = 7; i >= 0; --i) out = out << 8 | b[i];

@@ -80,6 +80,17 @@ bool IntLine::IsNear(std::int32_t x, std::int32_t y, std::int32_t tolerance) con
   return x >= lowX - tolerance && x <= highX + tolerance && y >= lowY - tolerance && y <= highY + tolerance;
 }
 
+void PlaneLine::SetForCuts(double ax, double ay, double bx, double by) {
+  *this = PlaneLine{};
+  x1 = ax;
+  y1 = ay;
+  x2 = bx;
+  y2 = by;
+  dy = y2 - y1;
+  dx = x2 - x1;
+  intercept = dx != 0 ? (-x1 * dy) / dx + y1 : 0.0;
+}
+
 void PlaneLine::Set(double ax, double ay, double bx, double by) {
   x1 = ax;
   y1 = ay;

@@ -47,6 +47,9 @@ struct PlaneLine {
   std::int32_t flat;
 
   void Set(double ax, double ay, double bx, double by);
+  // Only what YAtX and XAtY read: the clipper cuts millions of lines and needs
+  // no angle or length.
+  void SetForCuts(double ax, double ay, double bx, double by);
   void SetFromAngle(double x, double y, double a);
   void SetFromPoints(const TEXPOINT& p1, const TEXPOINT& p2);
   void GetEnds(double* ax, double* ay, double* bx, double* by) const;

@@ -1,6 +1,7 @@
 #include "geometry/texpoints.h"
 
 #include <algorithm>
+#include <bit>
 #include <new>
 
 #include "frame/int32_math.h"
@@ -37,7 +38,8 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   if (capacity < 0) capacity = 0;
   base = 0;
   count_ = 0;
-  cells_.clear();
+  slots_.clear();
+  slotsTaken_ = 0;
   stale_ = false;
   try {
     points_.assign(static_cast<std::size_t>(capacity), TEXPOINT{});
@@ -62,10 +64,7 @@ void TEXPOINTS::SetCount(std::int32_t n) {
 void TEXPOINTS::SetPoint(std::int32_t i, const TEXPOINT& p) {
   if (!stale_ && i < count_) Unindex(i);
   points_[static_cast<std::size_t>(i)] = p;
-  if (!stale_ && i < count_) {
-    auto& cell = cells_[CellOf(p)];
-    cell.insert(std::lower_bound(cell.begin(), cell.end(), i), i);
-  }
+  if (!stale_ && i < count_) Index(i);
 }
 
 std::span<TEXPOINT> TEXPOINTS::EditAll() {
@@ -84,17 +83,81 @@ std::uint64_t TEXPOINTS::CellOf(const TEXPOINT& p) {
                  static_cast<std::uint32_t>(p.z) >> kCellShift);
 }
 
+namespace {
+// The high bits of the product mix every bit of the key.
+std::size_t Slot(std::uint64_t key, std::size_t mask) {
+  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> (64 - std::popcount(mask)));
+}
+}  // namespace
+
+std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
+  if (slots_.empty()) return 0;
+  std::size_t mask = slots_.size() - 1;
+  for (std::size_t at = Slot(key, mask);; at = (at + 1) & mask) {
+    std::int32_t head = slots_[at];
+    if (head == kFree) return slots_.size();
+    if (head != kGone && CellOf(points_[static_cast<std::size_t>(head)]) == key) return at;
+  }
+}
+
+void TEXPOINTS::GrowSlots() {
+  std::size_t size = 64;
+  while (size < static_cast<std::size_t>(count_) * 4) size *= 2;
+  slots_.assign(size, kFree);
+  slotsTaken_ = 0;
+  for (std::int32_t i = 0; i < count_; ++i) Index(i);
+}
+
+// Into its cell's chain, in order of number.
+void TEXPOINTS::Index(std::int32_t i) {
+  if (static_cast<std::size_t>(i) >= next_.size()) next_.resize(std::max<std::size_t>(i + 1, next_.size() * 2), -1);
+  if ((slotsTaken_ + 1) * 2 > slots_.size()) {
+    GrowSlots();  // indexes every point up to count, i among them
+    if (i < count_) return;
+  }
+  std::uint64_t key = CellOf(points_[static_cast<std::size_t>(i)]);
+  auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
+  std::size_t slot = FindSlot(key);
+  if (slot == slots_.size()) {
+    std::size_t mask = slots_.size() - 1;
+    for (slot = Slot(key, mask); slots_[slot] >= 0; slot = (slot + 1) & mask) {
+    }
+    if (slots_[slot] == kFree) ++slotsTaken_;
+    slots_[slot] = i;
+    n(i) = -1;
+    return;
+  }
+  std::int32_t head = slots_[slot];
+  if (i < head) {
+    n(i) = head;
+    slots_[slot] = i;
+    return;
+  }
+  std::int32_t at = head;
+  while (n(at) != -1 && n(at) < i) at = n(at);
+  n(i) = n(at);
+  n(at) = i;
+}
+
 void TEXPOINTS::Unindex(std::int32_t i) {
-  auto it = cells_.find(CellOf(points_[static_cast<std::size_t>(i)]));
-  if (it == cells_.end()) return;
-  auto& cell = it->second;
-  auto at = std::lower_bound(cell.begin(), cell.end(), i);
-  if (at != cell.end() && *at == i) cell.erase(at);
+  std::size_t slot = FindSlot(CellOf(points_[static_cast<std::size_t>(i)]));
+  if (slot == slots_.size()) return;
+  auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
+  std::int32_t head = slots_[slot];
+  if (head == i) {
+    slots_[slot] = n(i) == -1 ? kGone : n(i);
+    return;
+  }
+  for (std::int32_t at = head; n(at) != -1; at = n(at)) {
+    if (n(at) == i) {
+      n(at) = n(i);
+      return;
+    }
+  }
 }
 
 void TEXPOINTS::Reindex() {
-  cells_.clear();
-  for (std::int32_t i = 0; i < count_; ++i) cells_[CellOf(points_[static_cast<std::size_t>(i)])].push_back(i);
+  GrowSlots();
   stale_ = false;
 }
 
@@ -119,9 +182,9 @@ std::int32_t TEXPOINTS::FindByIndex(std::int32_t x, std::int32_t y, std::int32_t
   for (std::uint32_t i = 0; i <= nx; ++i) {
     for (std::uint32_t j = 0; j <= ny; ++j) {
       for (std::uint32_t k = 0; k <= nz; ++k) {
-        auto it = cells_.find(CellKey((x0 + i) & 0x0FFFFFFFu, (y0 + j) & 0x0FFFFFFFu, (z0 + k) & 0x0FFFFFFFu));
-        if (it == cells_.end()) continue;
-        for (std::int32_t n : it->second) {
+        std::size_t slot = FindSlot(CellKey((x0 + i) & 0x0FFFFFFFu, (y0 + j) & 0x0FFFFFFFu, (z0 + k) & 0x0FFFFFFFu));
+        if (slot == slots_.size()) continue;
+        for (std::int32_t n = slots_[slot]; n != -1; n = next_[static_cast<std::size_t>(n)]) {
           if (best != -1 && n >= best) break;
           if (WithinTolerance(points_[static_cast<std::size_t>(n)], x, y, z, tolerance)) {
             best = n;
@@ -153,7 +216,7 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
   }
   std::int32_t number = count_++;
   points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
-  if (!stale_) cells_[CellOf(points_[static_cast<std::size_t>(number)])].push_back(number);
+  if (!stale_) Index(number);
   if (counts) counts[number] = 1;
   return number;
 }
@@ -186,8 +249,15 @@ void TEXTURE::FreeTriangles() { triangles.reset(); }
 std::int32_t TextureList::Add(const TEXTURE& texture) {
   std::int32_t n = std::clamp(texture.count, 0, TEXTURE::kMaxVerts);
   try {
-    nodes_.push_back(BitAndTex{texture.count, texture.normalX, texture.normalY, texture.normalZ, texture.attr,
-                               std::vector<TexVertex>(texture.verts.begin(), texture.verts.begin() + n)});
+    std::size_t first = verts_.size();
+    verts_.insert(verts_.end(), texture.verts.begin(), texture.verts.begin() + n);
+    try {
+      nodes_.push_back(BitAndTex{texture.count, texture.normalX, texture.normalY, texture.normalZ, texture.attr,
+                                 first, static_cast<std::size_t>(n)});
+    } catch (const std::bad_alloc&) {
+      verts_.resize(first);
+      throw;
+    }
   } catch (const std::bad_alloc&) {
     if (context_ && !context_->once.polygonAllocFailed) {
       context_->once.polygonAllocFailed = true;
@@ -212,7 +282,8 @@ const TEXTURE* TextureList::Next() {
   scratch_.normalY = node.normalY;
   scratch_.normalZ = node.normalZ;
   scratch_.attr = node.attr;
-  std::copy(node.verts.begin(), node.verts.end(), scratch_.verts.begin());
+  auto from = verts_.begin() + static_cast<std::ptrdiff_t>(node.first);
+  std::copy(from, from + static_cast<std::ptrdiff_t>(node.size), scratch_.verts.begin());
   return &scratch_;
 }
 

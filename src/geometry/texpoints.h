@@ -68,12 +68,22 @@ class TEXPOINTS {
   std::int32_t FindByIndex(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance);
   void Unindex(std::int32_t i);
   void Reindex();
+  void Index(std::int32_t i);
 
+  // The cells: an open-addressed table whose slots hold the first point of a
+  // cell (its key is that point's cell); the cell's other points follow it
+  // through next_ by rising number.
+  static constexpr std::int32_t kFree = -1;
+  static constexpr std::int32_t kGone = -2;  // a cell emptied: the probe goes on past it
+  std::size_t FindSlot(std::uint64_t key) const;  // the slot of the cell, or the size for none
+  void GrowSlots();
   RunContext* context_ = nullptr;
   std::int32_t count_ = 0;
   std::int32_t capacity_ = 0;
   std::vector<TEXPOINT> points_;
-  std::unordered_map<std::uint64_t, std::vector<std::int32_t>> cells_;
+  std::vector<std::int32_t> slots_;
+  std::size_t slotsTaken_ = 0;  // cells and gone cells
+  std::vector<std::int32_t> next_;
   bool stale_ = false;
 };
 
@@ -131,9 +141,10 @@ class TextureList {
  private:
   struct BitAndTex {
     std::int32_t count, normalX, normalY, normalZ, attr;
-    std::vector<TexVertex> verts;
+    std::size_t first, size;  // its vertices in verts_
   };
   std::vector<BitAndTex> nodes_;  // in order of arrival; read from the back
+  std::vector<TexVertex> verts_;  // the vertices of all of them, one after another
   std::size_t cursor_ = 0;        // nodes still to read
   RunContext* context_ = nullptr;
   TEXTURE scratch_;

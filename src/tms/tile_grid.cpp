@@ -70,7 +70,7 @@ void TileGrid::ClipLineOn(bool zStage, std::int32_t layer, ClipPoint a, ClipPoin
   }
   if (axis(a) > axis(b)) std::swap(a, b);
   PlaneLine line;
-  line.Set(a.x, a.z, b.x, b.z);
+  line.SetForCuts(a.x, a.z, b.x, b.z);
   ClipPoint current = a;
   while (axis(current) < axis(b)) {
     auto cut = static_cast<std::int32_t>(std::min<std::int64_t>(NextGridLine(axis(current), origin), axis(b)));
@@ -108,9 +108,9 @@ void TileGrid::ClipTriangleOn(bool zStage, std::int32_t layer, ClipPoint p1, Cli
   ++depth;
   if (depth < kMaxClipDepth) {
     PlaneLine e1, e2, e3;
-    e1.Set(p1.x, p1.z, p2.x, p2.z);
-    e2.Set(p2.x, p2.z, p3.x, p3.z);
-    e3.Set(p3.x, p3.z, p1.x, p1.z);
+    e1.SetForCuts(p1.x, p1.z, p2.x, p2.z);
+    e2.SetForCuts(p2.x, p2.z, p3.x, p3.z);
+    e3.SetForCuts(p3.x, p3.z, p1.x, p1.z);
     std::int64_t gridLine = origin + (std::int64_t{lo} + TileSize + 1 - origin) / TileSize * TileSize;
     std::int32_t g = Clamp32(gridLine);
     bool c1 = StrictlyBetween(g, axis(p1), axis(p2));
