@@ -79,6 +79,48 @@ TEST(Faults, EveryWritingCommandSucceedsWholeOrChangesNothing) {
   EXPECT_GT(runs, 100);
 }
 
+// The tile job writes two files, each whole or not at all: under any limit and
+// with any rename or sync failing, the tile file and the network are each
+// either as they were or as a full run leaves them, and a failure says so.
+// The job's exit value tells only whether the network was read.
+TEST(Faults, TheTileJobLeavesEachFileOldOrNewWhole) {
+  Files inputs = {{"a.bgr", Network(40, 0.5)}, {"a.TMS", "old tiles"}};
+  auto runIn = [&](long limit, const std::string& call, ToolRun& run) {
+    TempDir dir;
+    for (const auto& [name, bytes] : inputs) dir.Write(name, bytes);
+    run = RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}, limit, call);
+    return Snapshot(dir);
+  };
+  auto check = [&](const Files& after, const ToolRun& run, const Files& done, const std::string& what) {
+    EXPECT_EQ(run.exitStatus, 1) << what;
+    ASSERT_EQ(after.size(), 2u) << what;  // no part file left behind
+    for (const char* name : {"a.bgr", "a.TMS"}) {
+      bool old = after.at(name) == inputs.at(name), full = after.at(name) == done.at(name);
+      EXPECT_TRUE(old || full) << name << " " << what;
+      if (!full) {
+        EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << name << " " << what;
+      }
+    }
+  };
+  ToolRun run;
+  Files done = runIn(-1, "", run);
+  ASSERT_NE(done.at("a.TMS"), inputs.at("a.TMS"));
+  ASSERT_NE(done.at("a.bgr"), inputs.at("a.bgr"));
+  int failed = 0;
+  long largest = static_cast<long>(done.at("a.TMS").size());
+  for (long limit = 0; limit <= largest + 64; limit += largest / 50 + 1) {
+    Files after = runIn(limit, "", run);
+    failed += after != done;
+    check(after, run, done, "limit " + std::to_string(limit));
+  }
+  EXPECT_GT(failed, 0);
+  for (std::string call : {"rename:1", "rename:2", "fsync:1", "fsync:3"}) {
+    Files after = runIn(-1, call, run);
+    EXPECT_NE(after, done) << call;
+    check(after, run, done, call);
+  }
+}
+
 // A failing rename or sync before the new file takes its place: the target
 // stays; an in-place edit may leave _TEMP_.BGR beside it, as its message says.
 TEST(Faults, AFailingRenameOrSyncChangesNothing) {
