@@ -55,9 +55,14 @@ def main():
                 index[node_id] = len(nodes)
                 nodes.append(feet(lon, lat))
             numbers.append(index[node_id])
+        if is_runway:
+            # one edge from end to end: the job snaps the taxiways that meet it
+            # on to its centre line and makes their exit stubs
+            edges.append((numbers[0], numbers[-1], width_word(width, 15), 0))
+            continue
         for a, b in zip(numbers, numbers[1:]):
             if a != b:
-                edges.append((a, b, width_word(width, 15), 0 if is_runway else 1))
+                edges.append((a, b, width_word(width, 15), 1))
 
     data = tag("<bgno>") + tag("<orgn>") + struct.pack("<dddi", lat0 * 3600.0, lon0 * 3600.0, 0.0, 1)
     for x, z in nodes:

@@ -17,7 +17,10 @@ bgrtool() {
   [ "$rc" -eq 1 ] || { echo "bgrtool $* failed (exit $rc), see build/example/report.txt" >&2; exit 1; }
 }
 bgrtool LMML.BGR >LMML.list
-bgrtool -txd LMML.BGR >/dev/null
-echo "LMML (Malta): $(grep -c '<vloc>' LMML.list) nodes, $(grep -c '<edge>' LMML.list) edges"
-grep '^WS=' LMML.list
-echo "full listing: build/example/LMML.list; flat export: build/example/LMML.txd; run log: build/example/report.txt"
+echo "LMML (Malta): $(grep -c '<vloc>' LMML.list) nodes, $(grep -c '<edge>' LMML.list) edges, $(grep -c '^POI' LMML.PLY) apron corners"
+# the main job: the tile file, and the repaired network written back over LMML.BGR
+bgrtool -tm LMML.BGR >LMML.tm.log
+bgrtool LMML.TMS >LMML.tiles
+echo "LMML.TMS: $(grep -c '^<pave>' LMML.tiles) pavement polygons, $(grep -c '^<cntr>' LMML.tiles) centre-line polygons, $(grep -c '^<lite>' LMML.tiles) light strings in 64 tiles of $(sed -n 's/^<feet> .* \([0-9]*\)\.[0-9]*)$/\1/p' LMML.tiles) ft"
+echo "after the repairs: $(bgrtool LMML.BGR | grep -c '<vloc>') nodes, $(bgrtool LMML.BGR | grep -c '<edge>') edges in LMML.BGR"
+echo "tiles: build/example/LMML.TMS (listed in LMML.tiles); progress: LMML.tm.log; run log: build/example/report.txt"
