@@ -9,6 +9,10 @@ need_packages() {
       gtest) [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev) ;;
       benchmark) [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev) ;;
       valgrind) command -v valgrind >/dev/null || missing+=(valgrind) ;;
+      kit)
+        [ -f /usr/include/CLI/CLI.hpp ] || missing+=(libcli11-dev)
+        [ -f /usr/include/csv.h ] || missing+=(libcsv-dev)
+        ;;
     esac
   done
   [ ${#missing[@]} -eq 0 ] && return 0

@@ -31,6 +31,7 @@ constexpr CommandRow kCommands[] = {
     {Mode::Purge, 1, [](RunContext& c, const Settings&, Names f) { return BgrPurge(c, f[0]); }},
     {Mode::EditScript, 1,
      [](RunContext& c, const Settings& s, Names f) { return BgrEditScript(c, f[0], s.textName); }},
+    {Mode::Script, 0, [](RunContext& c, const Settings& s, Names) { return RunScript(c, s); }},
     {Mode::TmsGeneration, 1, [](RunContext& c, const Settings&, Names f) { return BgrTms(c, f[0]); }},
 };
 

@@ -21,5 +21,6 @@ int BgrEditScript(RunContext& ctx, std::string_view file, std::string_view scrip
 int BgrTxd(RunContext& ctx, std::string_view file);
 int BgrTxp(RunContext& ctx, const Settings& settings, std::string_view file);
 int BgrTms(RunContext& ctx, std::string_view file);
+int RunScript(RunContext& ctx, const Settings& settings);
 
 }  // namespace bgr

@@ -78,10 +78,12 @@ TEST(TexPoints, IndexAgreesWithAPlainWalk) {
         all[0].x += 3;
         plain[0].x += 3;
       }
-      if (i % 700 == 350 && !plain.empty()) {
-        TEXPOINT moved{x, y, z};
-        t.SetPoint(static_cast<std::int32_t>(plain.size() / 2), moved);
-        plain[plain.size() / 2] = moved;
+      if (i % 37 == 20 && !plain.empty()) {
+        // into and out of the middle of a cell's chain: next to a point added last
+        std::size_t which = static_cast<std::size_t>(rng() % plain.size());
+        TEXPOINT moved{plain.back().x + i % 3, plain.back().y, plain.back().z};
+        t.SetPoint(static_cast<std::int32_t>(which), moved);
+        plain[which] = moved;
       }
       std::int32_t expected = -1;
       for (std::size_t n = 0; n < plain.size(); ++n) {

@@ -1,0 +1,256 @@
+// Airport scripts, run as a user runs them: the networks and PLY files that a
+// script builds in DATA, with the airports of a database made by the test.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+
+#include "cli/cli_case.h"
+#include "support/airport_db.h"
+#include "support/bgr_builder.h"
+
+namespace bgrtest {
+namespace {
+
+constexpr double kEquator = 131479658.79265094;
+constexpr double kMeridian = 131256561.67979005;
+constexpr double kPi = 3.14159265358979323846;
+
+// Feet north and east between two positions in arc-seconds, as the frame of a script has them.
+double North(double lat1, double lat2) { return (lat2 - lat1) * kMeridian / 1296000; }
+double East(double lat1, double lon1, double lon2) {
+  return (lon2 - lon1) * kEquator * std::cos(lat1 / 3600 * kPi / 180) / 1296000;
+}
+
+// A position field: the hemisphere letter and degrees:minutes:seconds.
+std::string Angle(double seconds, char positive, char negative) {
+  char text[64];
+  double a = std::fabs(seconds);
+  int d = static_cast<int>(a / 3600);
+  int m = static_cast<int>((a - d * 3600) / 60);
+  std::snprintf(text, sizeof text, "%c%d:%d:%.9f", seconds < 0 ? negative : positive, d, m, a - d * 3600 - m * 60);
+  return text;
+}
+std::string Lat(double s) { return Angle(s, 'N', 'S'); }
+std::string Lon(double s) { return Angle(s, 'E', 'W'); }
+std::string Ref(double lat, double lon) { return "REF " + Lat(lat) + " " + Lon(lon) + "\n"; }
+
+constexpr double kLatA = 100000, kLonA = 50000;  // N27:46:40 E13:53:20
+const DbAirport kA{"LMMX", kLatA, kLonA};
+
+constexpr std::int32_t kW75 = 17032, kW90 = 17070, kW60 = 16993, kW148 = 17218;
+
+const std::vector<std::string> kNoExclusions = {"INFO: WrapFileOpen(excllist.txt, [00] r) failed"};
+
+// The database, the script and the rest, and the DATA folder that networks go to.
+FileList With(FileList files, const FileList& more) {
+  files.insert(files.end(), more.begin(), more.end());
+  files.push_back({"DATA/keep", ""});
+  return files;
+}
+
+std::string Org(double lat, double lon) {
+  char text[96];
+  std::snprintf(text, sizeof text, "ORG %f %f\n", lat, lon);
+  return text;
+}
+
+std::vector<CliCase> Cases() {
+  std::vector<CliCase> cases;
+  FileList db = DatabaseFiles({kA, {"KSEA", 170000, 1296000 - 440000}, {"ABC", 120000, 60000}, {"ABCDE", 130000, 60000},
+                               {"NZXX", 150000, 647990}});
+  {
+    std::string script = Ref(kLatA, kLonA) +
+                         "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nLIN 100 0 200 75 15\n"
+                         "LIN 102 0 203 50 15\n"  // within 5 ft of the pen: no edge
+                         "LIN 0 0 0 60 15\nMOV 0 0 0 0 0\n"
+                         "LIN 100 0 0 90 15\n"  // drawn twice: the wider
+                         "LIN 0 0 0 75 15\n"    // back the other way: an edge of its own
+                         "POI 0 0 0\nPOI 10 0 0\nPOI 0 0 10\nPLY apron\nLGT 2 5 0 5\n";
+    BgrBuilder bgr;
+    bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Node(100, 0, 200);
+    bgr.Edge(0, 1, kW90, 15, 1).Edge(1, 2, kW75, 15, 1).Edge(2, 0, kW60, 15, 1).Edge(1, 0, kW75, 15, 1).End();
+    cases.push_back({"a script builds an airport's network and its PLY file",
+                     {"-tes.txt"},
+                     With(db, {{"s.txt", script}}),
+                     "",
+                     1,
+                     kNoExclusions,
+                     {{"DATA/LMMX.BGR", bgr.data},
+                      {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}}});
+  }
+  {
+    // B lies 1000 arc-seconds north of A: far beyond 15000 ft
+    DbAirport b{"EGXX", kLatA + 1000, kLonA};
+    std::string script = Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nPOI 1 0 1\n" +
+                         Ref(b.lat, b.lon) + "MOV 0 0 0 75 15\nLIN 0 0 100 75 15\n" + Ref(kLatA, kLonA) +
+                         "MOV 0 0 50 75 15\nLIN 0 0 100 75 15\nPOI 2 0 2\n";
+    BgrBuilder a;
+    a.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Node(0, 0, 50).Node(0, 0, 100);
+    a.Edge(0, 1, kW75, 15, 1).Edge(2, 3, kW75, 15, 1).End();
+    BgrBuilder bb;
+    bb.Origin(b.lat, b.lon).Node(0, 0, 0).Node(0, 0, 100).Edge(0, 1, kW75, 15, 1).End();
+    cases.push_back({"back at an airport its network is read again and its PLY file appended to",
+                     {"-tes.txt"},
+                     With(DatabaseFiles({kA, b}), {{"s.txt", script}}),
+                     "",
+                     1,
+                     kNoExclusions,
+                     {{"DATA/LMMX.BGR", a.data},
+                      {"DATA/EGXX.BGR", bb.data},
+                      {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPOI 2 2\n"},
+                      {"DATA/EGXX.PLY", Org(b.lat, b.lon)}}});
+  }
+  for (double feet : {14999.5, 15000.5}) {
+    // the second reference point lies this far north of A, and B 500 ft beyond it:
+    // only a fresh reference point asks the database, and then B is the nearer
+    double second = kLatA + feet * 1296000 / kMeridian;
+    DbAirport b{"EGYY", kLatA + (feet + 500.5) * 1296000 / kMeridian, kLonA};
+    std::string script = Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n" + Ref(second, kLonA) +
+                         "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n";
+    bool stays = feet < 15000;
+    BgrBuilder a;
+    a.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0);
+    if (stays) {
+      double z = std::trunc(North(kLatA, second));
+      a.Node(0, 0, z).Node(100, 0, z).Edge(0, 1, kW75, 15, 1).Edge(2, 3, kW75, 15, 1).End();
+    } else {
+      a.Edge(0, 1, kW75, 15, 1).End();
+    }
+    CliCase c{stays ? "a reference point 14999 ft away stays with the open network"
+                    : "a reference point 15000 ft away leaves it and finds its own airport",
+              {"-tes.txt"},
+              With(DatabaseFiles({kA, b}), {{"s.txt", script}}),
+              "",
+              1,
+              kNoExclusions,
+              {{"DATA/LMMX.BGR", a.data}}};
+    if (stays) {
+      c.absent = {"DATA/EGYY.BGR", "DATA/EGYY.PLY"};
+    } else {
+      double z = std::trunc(North(b.lat, second));
+      BgrBuilder bb;
+      bb.Origin(b.lat, b.lon).Node(0, 0, z).Node(100, 0, z).Edge(0, 1, kW75, 15, 1).End();
+      c.expectFiles.push_back({"DATA/EGYY.BGR", bb.data});
+    }
+    cases.push_back(c);
+  }
+  cases.push_back({"work far from every airport is thrown away",
+                   {"-tes.txt"},
+                   With(db, {{"s.txt", Ref(0, 0) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nPOI 1 0 1\nPLY x\n"}}),
+                   "",
+                   1,
+                   kNoExclusions,
+                   {},
+                   {"DATA/NONE.BGR", "DATA/NONE.PLY", "DATA/LMMX.BGR"}});
+  {
+    // a runway from A 10 arc-seconds north: 1012.78 ft
+    std::string rwy749 = "RWY a b c d 749 148 " + Lat(kLatA) + " " + Lon(kLonA) + " " + Lat(kLatA + 10) + " " +
+                         Lon(kLonA) + "\n";
+    std::string rwy750 = "RWY a b c d 750 148.9 " + Lat(kLatA) + " " + Lon(kLonA) + " " + Lat(kLatA + 10) + " " +
+                         Lon(kLonA) + "\n";
+    cases.push_back({"a runway of 749 ft makes nothing at all", {"-tes.txt"}, With(db, {{"s.txt", rwy749}}), "", 1,
+                     kNoExclusions, {}, {"DATA/LMMX.BGR", "DATA/LMMX.PLY"}});
+    BgrBuilder bgr;
+    bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, std::trunc(North(kLatA, kLatA + 10)));
+    bgr.Edge(0, 1, kW148, 0, 0).End();
+    cases.push_back({"a runway of 750 ft is an edge from end to end", {"-tes.txt"}, With(db, {{"s.txt", rwy750}}), "",
+                     1, kNoExclusions, {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA)}}});
+  }
+  {
+    // a second runway drawn the other way, each end within 1000 ft of the old
+    // one's: it replaces it; a third beside it, 1346 ft east, stays. Offsets
+    // in whole arc-seconds, so that the text gives the same numbers.
+    auto rwy = [](double lat1, double lon1, double lat2, double lon2) {
+      return "RWY a b c d 5000 148 " + Lat(lat1) + " " + Lon(lon1) + " " + Lat(lat2) + " " + Lon(lon2) + "\n";
+    };
+    double n = kLatA + 50;
+    std::string script = rwy(kLatA, kLonA, n, kLonA) + rwy(n, kLonA + 7, kLatA, kLonA + 7) +
+                         rwy(kLatA, kLonA + 22, n, kLonA + 22);
+    double z = std::trunc(North(kLatA, n));
+    double x7 = std::trunc(East(kLatA, kLonA, kLonA + 7)), x22 = std::trunc(East(kLatA, kLonA, kLonA + 22));
+    BgrBuilder bgr;
+    bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, z).Node(x7, 0, z).Node(x7, 0, 0).Node(x22, 0, 0).Node(x22, 0, z);
+    bgr.Edge(2, 3, kW148, 0, 0).Edge(4, 5, kW148, 0, 0).End();
+    cases.push_back({"a runway redrawn the other way replaces the old one", {"-tes.txt"},
+                     With(db, {{"s.txt", script}}), "", 1, kNoExclusions,
+                     {{"DATA/LMMX.BGR", bgr.data}}});
+  }
+  {
+    std::string excl = "ARE 5 \"C:\\SCENERY\\MALTA\"\nXCL 10 99000 49000 101000 51000 1\nXCL 99 0 0 1 1 0\n";
+    std::string body = Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nPOI 1 0 1\nPLY x\nEXI\n" +
+                       "LIN 0 0 100 75 15\n";
+    // an area below the box's: everything but the reference point itself is passed over, EXI too
+    cases.push_back({"an excluded box drops the lines behind its reference point",
+                     {"-tes.txt"},
+                     With(db, {{"s.txt", "SRC \"c:\\scenery\\malta\\lmml.txt\"\n" + body}, {"excllist.txt", excl}}),
+                     "",
+                     1,
+                     {},
+                     {{"DATA/LMMX.PLY", Org(kLatA, kLonA)}},
+                     {"DATA/LMMX.BGR"}});
+    // the same box for an area not below it: all is built, and EXI ends the script
+    BgrBuilder bgr;
+    bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
+    cases.push_back({"a box excludes only the areas below its own",
+                     {"-tes.txt"},
+                     With(db, {{"s.txt", "SRC \"d:\\other\\lmml.txt\"\n" + body},
+                               {"excllist.txt", "ARE 10 \"D:\\OTHER\"\nXCL 10 99000 49000 101000 51000 1\n"}}),
+                     "",
+                     1,
+                     {},
+                     {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPLY \"x\"\n"}}});
+  }
+  cases.push_back({"a cell restriction leaves out the airports of other cells",
+                   {"-ti000000", "-tes.txt"},
+                   With(db, {{"s.txt", Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
+                   "",
+                   1,
+                   kNoExclusions,
+                   {},
+                   {"DATA/LMMX.BGR", "DATA/LMMX.PLY"}});
+  {
+    BgrBuilder sea;
+    sea.Origin(170000, 1296000 - 440000).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
+    cases.push_back({"a code with a leading K names its network by the other three letters",
+                     {"-tes.txt"},
+                     With(db, {{"s.txt", Ref(170000, -440000) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
+                     "",
+                     1,
+                     kNoExclusions,
+                     {{"DATA/SEA.BGR", sea.data}},
+                     {"DATA/KSEA.BGR"}});
+    cases.push_back({"codes of three and five letters name no network",
+                     {"-tes.txt"},
+                     With(db, {{"s.txt", Ref(120000, 60000) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n" +
+                                             Ref(130000, 60000) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
+                     "",
+                     1,
+                     kNoExclusions,
+                     {},
+                     {"DATA/ABC.BGR", "DATA/ABCDE.BGR", "DATA/NONE.BGR"}});
+    // 10 arc-seconds west of the 180th meridian finds the airport 10 east of it
+    double x = std::trunc(East(150000, 647990, 1296000 - 647990));
+    BgrBuilder nz;
+    nz.Origin(150000, 647990).Node(x, 0, 0).Node(x + 100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
+    cases.push_back({"the search for an airport crosses the 180th meridian",
+                     {"-tes.txt"},
+                     With(db, {{"s.txt", Ref(150000, -647990) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
+                     "",
+                     1,
+                     kNoExclusions,
+                     {{"DATA/NZXX.BGR", nz.data}}});
+  }
+  cases.push_back({"a script that can't be opened fails and writes nothing", {"-tenone.txt"}, db, "", 0,
+                   {"INFO: WrapFileOpen(none.txt, [00] r) failed", "INFO: WrapFileOpen(excllist.txt, [00] r) failed"},
+                   {}, {"DATA/LMMX.BGR"}});
+  return cases;
+}
+
+class ScriptCli : public ::testing::TestWithParam<CliCase> {};
+TEST_P(ScriptCli, Runs) { RunCliCase(GetParam()); }
+INSTANTIATE_TEST_SUITE_P(Cases, ScriptCli, ::testing::ValuesIn(Cases()),
+                         [](const auto& info) { return CaseName(info.param); });
+
+}  // namespace
+}  // namespace bgrtest
