@@ -1,0 +1,126 @@
+#include "script/airport_database.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "support/airport_db.h"
+#include "support/temp_dir.h"
+#include "support/test_run.h"
+
+namespace bgr {
+namespace {
+
+struct Database {
+  explicit Database(const std::vector<bgrtest::DbAirport>& airports) {
+    for (const auto& [name, bytes] : bgrtest::DatabaseFiles(airports)) dir.Write(name, bytes);
+  }
+  std::int32_t Find(double* lat, double* lon, std::string& name) {
+    bgrtest::ScopedChdir in(dir.path());
+    return db.FindAirport(lat, lon, name);
+  }
+  bgrtest::TempDir dir;
+  bgrtest::TestRun run;
+  AirportDatabase db{run.ctx};
+};
+
+TEST(AirportDatabase, TheNearestWithinReachGivesItsPositionAndName) {
+  Database d({{"KSEA", 1000, 1000}, {"LMML", 1000, 1200}, {"EGLL", 1000, 1100}, {"EDDF", 1000, 1100}});
+  struct Case {
+    double lat, lon;
+    const char* name;
+    double foundLat, foundLon;
+  } cases[] = {
+      {1000, 1000, "SEA", 1000, 1000},       // a leading K is left out
+      {1000, 1099, "EGLL", 1000, 1100},      // of two at the same place, the earlier
+      {1000 + 282, 1000, "SEA", 1000, 1000}, // 282^2 < 80000
+      {1000, 1200 + 283, "NONE", 1000, 1483},  // 283^2 = 80089: out of reach
+  };
+  for (const Case& c : cases) {
+    double lat = c.lat, lon = c.lon;
+    std::string name;
+    d.Find(&lat, &lon, name);
+    EXPECT_EQ(name, c.name) << c.lat << " " << c.lon;
+    EXPECT_EQ(lat, c.foundLat);
+    EXPECT_EQ(lon, c.foundLon);
+  }
+}
+
+TEST(AirportDatabase, ANearestCodeOfOtherLengthGivesNone) {
+  Database d({{"ABC", 0, 100}, {"WXYZ", 0, 150}, {"ABCDE", 0, 300}});
+  double lat = 0, lon = 90;
+  std::string name;
+  EXPECT_EQ(d.Find(&lat, &lon, name), 0);
+  EXPECT_EQ(name, "NONE");
+  EXPECT_EQ(lon, 90);
+}
+
+TEST(AirportDatabase, WithoutADatabaseEveryNameIsNone) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  bgrtest::TestRun run;
+  AirportDatabase db(run.ctx);
+  double lat = 5, lon = 6;
+  std::string name = "X";
+  EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0);
+  EXPECT_EQ(name, "NONE");
+  EXPECT_EQ(lat, 5);
+  dir.Write("DATABASE/AIRPORT.DBD", std::string(20, '\xff'));  // a header cut short
+  EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0);  // tried again: the open failed before
+  dir.Write("DATABASE/AIRPORT.DBD", bgrtest::DbdBytes({{"LMML", 5, 6}}));
+  EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0);  // once the file was open, no second try
+}
+
+TEST(AirportDatabase, AHeaderThatLiesAboutItsRecordsFindsNothing) {
+  for (std::uint32_t size : {24u, 0u, 0xFFFFFFFFu}) {
+    std::string bytes = bgrtest::DbdBytes({{"LMML", 5, 6}});
+    bytes[16] = bytes[17] = bytes[18] = bytes[19] = '\xff';  // four thousand million records
+    for (int i = 0; i < 4; ++i) bytes[20 + i] = static_cast<char>((size >> (8 * i)) & 0xFF);
+    bgrtest::TempDir dir;
+    dir.Write("DATABASE/AIRPORT.DBD", bytes);
+    dir.Write("DATABASE/AIRPORT.dbt", bgrtest::kDbtText);
+    bgrtest::ScopedChdir in(dir.path());
+    bgrtest::TestRun run;
+    AirportDatabase db(run.ctx);
+    double lat = 5, lon = 6;
+    std::string name;
+    EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0) << size;
+    EXPECT_EQ(name, "NONE");
+  }
+}
+
+// The index must give the record that the walk over all records gives: the
+// first one at the smallest distance, across the 180th meridian too.
+TEST(AirportDatabase, TheIndexAgreesWithThePlainWalk) {
+  std::mt19937 rng(11);
+  std::uniform_real_distribution<double> lat(-3000, 3000), lon(-2000, 2000);
+  std::vector<bgrtest::DbAirport> airports;
+  for (int i = 0; i < 3000; ++i) {
+    double a = std::round(lat(rng) / 50) * 50, o = std::round(lon(rng) / 50) * 50;  // many ties
+    if (o < 0) o += 1296000;                                                        // near the meridian
+    airports.push_back({"A" + std::to_string(i % 1000), a, o});
+  }
+  airports.push_back({"ODD1", 0, -100});  // outside the usual ranges: searched by the walk
+  airports.push_back({"ODD2", std::numeric_limits<double>::quiet_NaN(), 0});
+  airports.push_back({"ODD3", 0, 1296000 + 100});
+  Database d(airports);
+  double la = 0, lo = 0;
+  std::string name;
+  d.Find(&la, &lo, name);
+  ASSERT_TRUE(d.db.IsOpen());
+  int found = 0;
+  for (int i = 0; i < 20000; ++i) {
+    double a = lat(rng), o = lon(rng);
+    if (i % 3 == 0) o = std::round(o / 25) * 25, a = std::round(a / 25) * 25;  // on the ties
+    if (o < 0 && i % 2) o += 1296000;
+    std::int32_t walk = d.db.NearestByWalk(a, o);
+    ASSERT_EQ(d.db.NearestByIndex(a, o), walk) << a << " " << o;
+    found += walk >= 0;
+  }
+  EXPECT_GT(found, 5000);
+}
+
+}  // namespace
+}  // namespace bgr

@@ -1,0 +1,116 @@
+#include "script/script_network.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "script/airport_database.h"
+#include "script/exclusion_list.h"
+#include "support/temp_dir.h"
+#include "support/test_run.h"
+
+namespace bgr {
+namespace {
+
+struct Pen {
+  Pen() { net.state = NetState::kOpen; }
+  bgrtest::TestRun run;
+  TaxiwayList net{run.ctx};
+  AirportDatabase db{run.ctx};
+  ScriptNetwork pen{net, db};
+};
+
+TEST(ScriptNetwork, PointsWithinFiveFeetMergeAndEdgesDrawnTwiceKeepTheWiderWidth) {
+  Pen p;
+  p.pen.MoveTo(0, 0, 0, 0, 0);
+  p.pen.LineTo(100, 0, 0, 75, 15, 1);
+  p.pen.LineTo(105, 5, -5, 75, 15, 1);  // 5 ft on each axis: the same point, so no edge
+  EXPECT_EQ(p.net.edgeCount, 1);
+  EXPECT_EQ(p.net.points.count(), 2);
+  p.pen.LineTo(105, 6, 0, 75, 15, 1);  // y counts too: 6 ft is another point
+  EXPECT_EQ(p.net.points.count(), 3);
+  EXPECT_EQ(p.net.edgeCount, 2);
+  p.pen.MoveTo(0, 0, 0, 0, 0);
+  p.pen.LineTo(104, 0, 5, 90, 3, 1);  // the first edge again, wider: its flags stay
+  ASSERT_EQ(p.net.edgeCount, 2);
+  EXPECT_EQ(p.net.edges[0].width, 90);
+  EXPECT_EQ(p.net.edges[0].flags, 15);
+  p.pen.LineTo(0, 0, 0, 60, 15, 1);  // the other way: an edge of its own
+  EXPECT_EQ(p.net.edgeCount, 3);
+  p.pen.LineTo(0, 0, 0, 60, 15, 0);  // from a point to itself: nothing
+  EXPECT_EQ(p.net.edgeCount, 3);
+}
+
+TEST(ScriptNetwork, NoMoreThan5999EdgesAndTheLastRecordStaysThePen) {
+  Pen p;
+  p.pen.MoveTo(0, 0, 0, 0, 0);
+  for (int i = 1; i <= 6100; ++i) p.pen.LineTo(i * 10 % 3000, 0, i * 10 / 3000 * 10, 30, 15, 1);
+  EXPECT_EQ(p.net.edgeCount, TaxiwayList::kMaxEdges - 1);
+  EXPECT_EQ(p.pen.MoveTo(0, 0, 0, 0, 0), 0);
+  EXPECT_EQ(p.pen.LineTo(1, 0, 1, 0, 0, 1), 0);
+}
+
+// The edge index must find what the walk over the edges in use finds, also
+// after runways replaced others and with a pen on a deleted edge's -1.
+TEST(ScriptNetwork, TheEdgeIndexAgreesWithThePlainWalk) {
+  std::mt19937 rng(5);
+  std::uniform_int_distribution<int> coord(0, 40), type(0, 2), pick(0, 9);
+  Pen p;
+  p.pen.MoveTo(0, 0, 0, 0, 0);
+  for (int i = 0; i < 4000; ++i) {
+    double x = coord(rng) * 100, z = coord(rng) * 100;
+    if (pick(rng) == 0) {
+      p.pen.MoveTo(x, 0, z, 0, 0);
+    } else {
+      p.pen.LineTo(x, 0, z, 30 + pick(rng), 15, type(rng));
+    }
+    if (i % 97 == 0 && p.net.edgeCount > 0) {
+      // what AddRunway does to a runway it replaces
+      std::int32_t e = static_cast<std::int32_t>(rng() % static_cast<unsigned>(p.net.edgeCount));
+      if (p.net.edges[static_cast<std::size_t>(e)].type == 0) {
+        double lat = 0, lon = 0;
+        p.pen.AddRunway(lat, lon, lat, lon, 100, 0);  // too short: changes nothing
+      }
+    }
+    for (int k = 0; k < 3; ++k) {
+      std::int32_t s = static_cast<std::int32_t>(rng() % 60) - 1, t = static_cast<std::int32_t>(rng() % 60) - 1;
+      std::int32_t ty = type(rng);
+      ASSERT_EQ(p.pen.FindEdge(s, t, ty), p.pen.FindEdgeByWalk(s, t, ty)) << i;
+    }
+  }
+}
+
+TEST(ExclusionList, AreasByPathAndBoxesByArea) {
+  bgrtest::TempDir dir;
+  dir.Write("x.txt",
+            "ARE 1 \"C:\\SCENERY\"\nARE 2 \"C:\\SCENERY\\MALTA\"\nARE 3 \"SCENERY\\MALTA\"\nARE 4 \"C:\\SCENERY\\MALTA\"x\n"
+            "comment\nXCL 5 10 20 30 40 1\nXCL 9 10 20 30 40 0\nXCL 9 0 -10 5 -5 3\nXCL nothing\n");
+  bgrtest::TestRun run;
+  ExclusionList list(run.ctx);
+  EXPECT_TRUE(list.Load(dir.path() + "/x.txt"));
+  struct Area {
+    const char* path;
+    std::int32_t area;
+  } areas[] = {
+      {"C:\\SCENERY\\MALTA\\", 2},  // rooted: the longest quoted text in it, the first of equals
+      {"C:\\OTHER\\", -2},
+      {"SCENERY", 3},               // not rooted: the first text that begins with it
+      {"", 1},                      // the empty path matches the first line
+      {"D:\\", -2},
+  };
+  for (const Area& a : areas) EXPECT_EQ(list.FindArea(a.path), a.area) << a.path;
+  struct Test {
+    std::int32_t area;
+    double lat, lon;
+    bool excluded;
+  } tests[] = {
+      {4, 10, 20, true},     {4, 30, 40, true},  // bounds count
+      {5, 20, 30, false},                        // not below the box's area
+      {4, 9.9, 30, false},   {-2, 3, -6, true},  // the box of flags 3
+      {-2, 3, 1295994, true},                    // folded into -648000..648000
+  };
+  for (const Test& t : tests) EXPECT_EQ(list.IsExcluded(t.area, t.lat, t.lon), t.excluded) << t.lat << " " << t.lon;
+}
+
+}  // namespace
+}  // namespace bgr
