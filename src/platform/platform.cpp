@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
+#include <mutex>
+#include <unordered_map>
 #include <system_error>
 #include <thread>
 
@@ -30,17 +32,113 @@ bool Exists(const std::string& path) {
   return fs::exists(fs::symlink_status(path, ec));
 }
 
-// The entry of 'dir' whose name equals 'name' ignoring case; the first in name order.
-std::string FindNoCaseIn(const std::string& dir, std::string_view name) {
-  std::error_code ec;
-  std::vector<std::string> hits;
-  for (fs::directory_iterator it(dir.empty() ? "." : dir, ec), end; !ec && it != end; it.increment(ec)) {
-    std::string entry = it->path().filename().string();
-    if (EqualNoCase(entry, name)) hits.push_back(std::move(entry));
+// The names of the folders looked into, folded to one case. A folder's list is
+// read again only when its change time moved on behind this program's back: a
+// script that makes thousands of files in one folder would otherwise read the
+// folder at every file it opens. Files that this program makes or removes are
+// entered at once. It mirrors the file system, which is one for the process.
+class FolderNames {
+ public:
+  static FolderNames& Shared() {
+    static FolderNames names;
+    return names;
   }
-  if (hits.empty()) return {};
-  return *std::min_element(hits.begin(), hits.end());
-}
+
+  // The entry of 'dir' whose name equals 'name' ignoring case; the first in name order.
+  std::string Find(const std::string& dir, std::string_view name) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    Listing* listing = Current(Key(dir));
+    if (!listing) return {};
+    auto it = listing->names.find(Folded(name));
+    return it == listing->names.end() || it->second.empty() ? std::string() : it->second.front();
+  }
+
+  // This program made, or moved here, the file 'path' (native).
+  void Added(const std::string& path) { Change(path, true); }
+  void Removed(const std::string& path) { Change(path, false); }
+
+ private:
+  struct Stamp {
+    std::int64_t seconds = -1, nanoseconds = -1, inode = -1, device = -1;
+    bool operator==(const Stamp&) const = default;
+  };
+  struct Listing {
+    Stamp stamp;
+    std::unordered_map<std::string, std::vector<std::string>> names;  // folded name: the real ones in name order
+  };
+
+  static std::string Key(const std::string& dir) {
+    if (dir.empty()) return ".";
+    std::string key = dir;
+    while (key.size() > 1 && key.back() == '/') key.pop_back();
+    return key;
+  }
+
+  static std::string Folded(std::string_view name) {
+    std::string f(name);
+    for (char& c : f) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return f;
+  }
+
+  static Stamp StampOf(const std::string& dir) {
+    Stamp stamp;
+#if !defined(_WIN32)
+    struct stat st;
+    if (::stat(dir.c_str(), &st) != 0) return stamp;
+    stamp = {static_cast<std::int64_t>(st.st_mtim.tv_sec), static_cast<std::int64_t>(st.st_mtim.tv_nsec),
+             static_cast<std::int64_t>(st.st_ino), static_cast<std::int64_t>(st.st_dev)};
+#else
+    (void)dir;
+#endif
+    return stamp;
+  }
+
+  Listing* Current(const std::string& dir) {
+    Stamp now = StampOf(dir);
+    if (now.seconds < 0) {
+      listings_.erase(dir);
+      return nullptr;
+    }
+    Listing& listing = listings_[dir];
+    if (listing.stamp == now) return &listing;
+    listing.names.clear();
+    std::error_code ec;
+    for (fs::directory_iterator it(dir, ec), end; !ec && it != end; it.increment(ec)) {
+      Enter(listing, it->path().filename().string());
+    }
+    listing.stamp = now;
+    return &listing;
+  }
+
+  static void Enter(Listing& listing, std::string name) {
+    auto& spellings = listing.names[Folded(name)];
+    auto at = std::lower_bound(spellings.begin(), spellings.end(), name);
+    if (at == spellings.end() || *at != name) spellings.insert(at, std::move(name));
+  }
+
+  void Change(const std::string& path, bool added) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    std::size_t slash = path.find_last_of('/');
+    std::string dir = Key(slash == std::string::npos ? std::string() : path.substr(0, slash == 0 ? 1 : slash));
+    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    auto it = listings_.find(dir);
+    if (it == listings_.end()) return;
+    Listing& listing = it->second;
+    if (added) {
+      Enter(listing, name);
+    } else {
+      auto at = listing.names.find(Folded(name));
+      if (at != listing.names.end()) std::erase(at->second, name);
+    }
+    // a change of another program in the same moment goes unseen: a risk as small as the moment
+    listing.stamp = StampOf(dir);
+  }
+
+  std::mutex mutex_;
+  std::unordered_map<std::string, Listing> listings_;
+};
+
+std::string FindNoCaseIn(const std::string& dir, std::string_view name) { return FolderNames::Shared().Find(dir, name); }
 
 }  // namespace
 
@@ -120,7 +218,10 @@ std::FILE* OpenFile(std::string_view path, const char* mode) {
     errno = kind == PathKind::kDirectory ? EISDIR : EINVAL;
     return nullptr;
   }
-  return std::fopen(native.c_str(), mode);
+  bool made = !reading && kind == PathKind::kMissing;
+  std::FILE* f = std::fopen(native.c_str(), mode);
+  if (f && made) FolderNames::Shared().Added(native);
+  return f;
 }
 
 bool SameFile(std::string_view a, std::string_view b) {
@@ -205,7 +306,9 @@ bool RemoveFile(std::string_view path) {
   std::string native = NativePath(path);
   std::error_code ec;
   if (native.empty() || fs::is_directory(fs::symlink_status(native, ec))) return false;
-  return std::remove(native.c_str()) == 0;
+  if (std::remove(native.c_str()) != 0) return false;
+  FolderNames::Shared().Removed(native);
+  return true;
 }
 
 bool MoveFile(std::string_view from, std::string_view to) {
@@ -226,11 +329,20 @@ bool MoveFile(std::string_view from, std::string_view to) {
   if (::stat(target.c_str(), &owner) == 0 && ::chown(source.c_str(), owner.st_uid, owner.st_gid) != 0) {
     // a file of another owner keeps only its mode: we may not give it away
   }
-  if (!SyncPath(source, false)) return false;
+  // Replacing a file, its new bytes must be on the disk before the name moves
+  // over, or a crash could leave the name with nothing; a file that is new
+  // has no old content to lose, and a run that writes thousands of them
+  // shouldn't wait for the disk at each.
+  bool replacing = fs::exists(fs::symlink_status(target, ec));
+  if (replacing && !SyncPath(source, false)) return false;
 #endif
   fs::rename(source, target, ec);
+  if (!ec) {
+    FolderNames::Shared().Removed(source);
+    FolderNames::Shared().Added(target);
+  }
 #if !defined(_WIN32)
-  if (!ec) SyncPath(fs::path(target).parent_path().string(), true);
+  if (!ec && replacing) SyncPath(fs::path(target).parent_path().string(), true);
 #endif
   if (!ec) return true;
   if (ec != std::errc::cross_device_link) return false;
