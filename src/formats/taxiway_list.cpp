@@ -8,6 +8,7 @@
 #include "frame/line_reader.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
+#include "platform/platform.h"
 
 namespace bgr {
 namespace {
@@ -23,6 +24,12 @@ bool StartsWith(const std::string& line, std::string_view head) { return line.co
 TaxiwayList::TaxiwayList(RunContext& ctx) : bgrName(kNoneBgr), ctx_(ctx) {
   points.Attach(&ctx);
   Reset();
+}
+
+TaxiwayList::~TaxiwayList() {
+  if (plyPart_.empty()) return;
+  if (plyFile) std::fclose(plyFile.release());
+  platform::RemoveFile(plyPart_);
 }
 
 void TaxiwayList::Reset() {
@@ -96,7 +103,27 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
 
 bool TaxiwayList::OpenPly(std::string_view mode) {
   ClosePly();
-  plyFile = WrapFileOpen(ctx_, plyName, mode);
+  if (mode.empty() || mode[0] == 'r') {
+    plyFile = WrapFileOpen(ctx_, plyName, mode);
+  } else {
+    // Lines are added to a copy beside the file, which takes the file's place
+    // when it is closed: a write that fails leaves the old file whole.
+    Stream old;
+    bool copy = mode[0] == 'a';
+    if (copy) old = WrapFileOpen(ctx_, plyName, "rb");
+    std::string part = platform::PartNameBeside(plyName);
+    Stream out(copy && !old ? nullptr : platform::OpenFile(part, "wb"));
+    if (!out && !(copy && !old)) ctx_.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", plyName, 0, 0, mode);
+    if (out && old) {
+      char buffer[65536];
+      std::size_t n;
+      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, out.get());
+    }
+    if (out) {
+      plyFile = std::move(out);
+      plyPart_ = part;
+    }
+  }
   if (!plyFile) {
     ctx_.Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", plyName);
   } else if (!mode.empty() && mode[0] == 'w') {
@@ -106,11 +133,19 @@ bool TaxiwayList::OpenPly(std::string_view mode) {
 }
 
 std::int32_t TaxiwayList::ClosePly() {
-  if (plyFile && !WrapFileClose(plyFile)) {
-    ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, plyFile.error());
-    return 0;
+  std::string part = std::move(plyPart_);
+  plyPart_.clear();
+  if (!plyFile) return 1;
+  std::string failure;
+  if (!WrapFileClose(plyFile)) {
+    failure = plyFile.error();
+  } else if (!part.empty() && !platform::MoveFile(part, plyName)) {
+    failure = "the new file cannot take the old one's place";
   }
-  return 1;
+  if (failure.empty()) return 1;
+  if (!part.empty()) platform::RemoveFile(part);
+  ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, failure);
+  return 0;
 }
 
 bool TaxiwayList::RewindPly() {

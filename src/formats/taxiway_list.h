@@ -35,6 +35,8 @@ class TaxiwayList {
 
   // Nothing is saved on destruction: an owner that built a network saves it.
   explicit TaxiwayList(RunContext& ctx);
+  // A PLY copy still open is dropped: the file it was to replace stays as it was.
+  ~TaxiwayList();
   TaxiwayList(const TaxiwayList&) = delete;
   TaxiwayList& operator=(const TaxiwayList&) = delete;
 
@@ -73,6 +75,7 @@ class TaxiwayList {
 
  private:
   RunContext& ctx_;
+  std::string plyPart_;  // the copy written to until ClosePly puts it in place
 };
 
 }  // namespace bgr

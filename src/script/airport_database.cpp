@@ -123,7 +123,8 @@ void AirportDatabase::BuildIndex() {
 std::int32_t AirportDatabase::NearestByWalk(double lat, double lon) const {
   std::int32_t best = -1;
   double bestDistance = kReachSquared;
-  for (std::uint32_t r = 0; r < recordCount_; ++r) {
+  // the records whose places were read: none before a complete open
+  for (std::uint32_t r = 0; r < places_.size(); ++r) {
     double d = Distance(r, lat, lon);
     if (d < bestDistance) {
       bestDistance = d;

@@ -121,6 +121,59 @@ TEST(Faults, TheTileJobLeavesEachFileOldOrNewWhole) {
   }
 }
 
+// A script run saves each network and each PLY file whole or not at all:
+// under any limit every file is as it was or as a full run leaves it.
+TEST(Faults, AScriptLeavesEachNetworkAndPlyFileOldOrNewWhole) {
+  std::string dbd(56, '\0');
+  dbd[16] = 2;
+  dbd[20] = 24;
+  auto record = [](const char* code, double lat, double lon) {
+    std::string r(code);
+    r.resize(8, '\0');
+    r.append(reinterpret_cast<const char*>(&lat), 8).append(reinterpret_cast<const char*>(&lon), 8);
+    return r;
+  };
+  dbd += record("LMMX", 100000, 50000) + record("EGXX", 101000, 50000);
+  std::string script = "REF N27:46:40 E13:53:20\n";
+  for (int i = 0; i < 60; ++i) script += "LIN " + std::to_string(i * 30) + " 0 " + std::to_string(i % 7) + " 75 15\nPOI " + std::to_string(i) + " 0 1\n";
+  script += "REF N28:3:20 E13:53:20\nMOV 0 0 0 75 15\nLIN 0 0 500 75 15\nPOI 1 0 1\n";
+  Files inputs = {{"DATABASE/AIRPORT.DBD", dbd},
+                  {"DATABASE/AIRPORT.dbt", "aica,0,8,C\nalat,8,8,N\nalon,16,8,N\n"},
+                  {"DATA/LMMX.BGR", Network(30, 0.5)},
+                  {"DATA/LMMX.PLY", "ORG 1 2\nPOI 1 1\n"},
+                  {"s.txt", script}};
+  auto runIn = [&](long limit, ToolRun& run) {
+    TempDir dir;
+    for (const auto& [name, bytes] : inputs) dir.Write(name, bytes);
+    run = RunTool(BGRTOOL_PATH, dir.path(), {"-tes.txt"}, limit);
+    Files files;
+    for (const auto& entry : fs::directory_iterator(dir.path() + "/DATA")) {
+      files[entry.path().filename().string()] = dir.Read("DATA/" + entry.path().filename().string());
+    }
+    return files;
+  };
+  ToolRun run;
+  Files done = runIn(-1, run);
+  ASSERT_EQ(done.size(), 4u);  // LMMX and EGXX, each a network and a PLY file
+  std::size_t largest = 0;
+  for (const auto& [name, bytes] : done) largest = std::max(largest, bytes.size());
+  int failed = 0;
+  for (long limit = 0; limit <= static_cast<long>(largest) + 64; limit += static_cast<long>(largest) / 40 + 1) {
+    Files after = runIn(limit, run);
+    EXPECT_EQ(run.exitStatus, 1) << limit;
+    for (const auto& [name, bytes] : after) {
+      bool old = inputs.count("DATA/" + name) && inputs.at("DATA/" + name) == bytes;
+      bool full = done.count(name) && done.at(name) == bytes;
+      EXPECT_TRUE(old || full) << name << " at " << limit;
+      if (!full) {
+        ++failed;
+        EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << name << " at " << limit;
+      }
+    }
+  }
+  EXPECT_GT(failed, 0);
+}
+
 // A failing rename or sync before the new file takes its place: the target
 // stays; an in-place edit may leave _TEMP_.BGR beside it, as its message says.
 TEST(Faults, AFailingRenameOrSyncChangesNothing) {
