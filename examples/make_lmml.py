@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Builds the example airport LMML.BGR and LMML.PLY from the OpenStreetMap
-extract of Malta International (runway and taxiway centre lines, aprons).
+extract of Malta International (runway and taxiway centre lines, aprons), and
+the airport script LMML.txt that builds the same airport with bgrtool -te.
 
 Usage: python3 examples/make_lmml.py [path/to/LMML.geojson] [output folder]
 (the extract beside this script, examples/LMML.geojson, by default)
@@ -84,7 +85,50 @@ def main():
                 x, z = feet(lon, lat)
                 f.write("POI %d %d\n" % (x, z))
             f.write('PLY "apron%d"\n' % number)
-    print("LMML.BGR: %d nodes, %d edges; LMML.PLY: %d aprons" % (len(nodes), len(edges), len(aprons)))
+    write_script(os.path.join(out_dir, "LMML.txt"), ways, aprons, lat0, lon0, feet)
+    print("LMML.BGR: %d nodes, %d edges; LMML.PLY: %d aprons; LMML.txt" % (len(nodes), len(edges), len(aprons)))
+
+
+def angle(degrees, positive, negative):
+    seconds = abs(degrees) * 3600.0
+    d = int(seconds // 3600)
+    m = int((seconds - d * 3600) // 60)
+    return "%s%d:%d:%.4f" % (positive if degrees >= 0 else negative, d, m, seconds - d * 3600 - m * 60)
+
+
+def write_script(path, ways, aprons, lat0, lon0, feet):
+    """Runways by the positions of their ends, then, from one reference point,
+    the taxiways as pen lines and the aprons as polygons, in feet."""
+    with open(path, "w", newline="\n") as f:
+        f.write("SRC \"examples\\LMML.geojson\"\n")
+        for way in ways:
+            props = way["properties"]
+            if props["aeroway"] != "runway":
+                continue
+            (lon1, lat1), (lon2, lat2) = way["geometry"]["coordinates"][0], way["geometry"]["coordinates"][-1]
+            x1, z1 = feet(lon1, lat1)
+            x2, z2 = feet(lon2, lat2)
+            length = round(math.hypot(x2 - x1, z2 - z1))
+            ends = (props.get("ref") or "x/x").split("/") + ["x"]
+            f.write("RWY %s %s x x %d %d %s %s %s %s\n" % (ends[0], ends[1], length,
+                    RUNWAY_WIDTH.get(props.get("ref"), 150), angle(lat1, "N", "S"), angle(lon1, "E", "W"),
+                    angle(lat2, "N", "S"), angle(lon2, "E", "W")))
+        f.write("REF %s %s\n" % (angle(lat0, "N", "S"), angle(lon0, "E", "W")))
+        for way in ways:
+            if way["properties"]["aeroway"] != "taxiway":
+                continue
+            for k, (lon, lat) in enumerate(way["geometry"]["coordinates"]):
+                x, z = feet(lon, lat)
+                f.write("%s %d 0 %d %d 15\n" % ("MOV" if k == 0 else "LIN", x, z, TAXIWAY_WIDTH))
+        for number, apron in enumerate(aprons):
+            ring = apron["geometry"]["coordinates"][0]
+            if ring[0] == ring[-1]:
+                ring = ring[:-1]
+            for lon, lat in ring:
+                x, z = feet(lon, lat)
+                f.write("POI %d 0 %d\n" % (x, z))
+            f.write('PLY "apron%d"\n' % number)
+        f.write("EXI\n")
 
 
 if __name__ == "__main__":
