@@ -77,16 +77,20 @@ def main():
 
     with open(os.path.join(out_dir, "LMML.PLY"), "w", newline="\n") as f:
         f.write("ORG %f %f\n" % (lat0 * 3600.0, lon0 * 3600.0))
-        for number, apron in enumerate(aprons):
-            ring = apron["geometry"]["coordinates"][0]
-            if ring[0] == ring[-1]:
-                ring = ring[:-1]
-            for lon, lat in ring:
-                x, z = feet(lon, lat)
-                f.write("POI %d %d\n" % (x, z))
-            f.write('PLY "apron%d"\n' % number)
+        write_aprons(f, aprons, feet, "POI %d %d\n")
     write_script(os.path.join(out_dir, "LMML.txt"), ways, aprons, lat0, lon0, feet)
     print("LMML.BGR: %d nodes, %d edges; LMML.PLY: %d aprons; LMML.txt" % (len(nodes), len(edges), len(aprons)))
+
+
+def write_aprons(f, aprons, feet, corner):
+    """Each apron ring, without its closing repeat, as corner lines and a PLY line."""
+    for number, apron in enumerate(aprons):
+        ring = apron["geometry"]["coordinates"][0]
+        if ring[0] == ring[-1]:
+            ring = ring[:-1]
+        for lon, lat in ring:
+            f.write(corner % feet(lon, lat))
+        f.write('PLY "apron%d"\n' % number)
 
 
 def angle(degrees, positive, negative):
@@ -120,14 +124,7 @@ def write_script(path, ways, aprons, lat0, lon0, feet):
             for k, (lon, lat) in enumerate(way["geometry"]["coordinates"]):
                 x, z = feet(lon, lat)
                 f.write("%s %d 0 %d %d 15\n" % ("MOV" if k == 0 else "LIN", x, z, TAXIWAY_WIDTH))
-        for number, apron in enumerate(aprons):
-            ring = apron["geometry"]["coordinates"][0]
-            if ring[0] == ring[-1]:
-                ring = ring[:-1]
-            for lon, lat in ring:
-                x, z = feet(lon, lat)
-                f.write("POI %d 0 %d\n" % (x, z))
-            f.write('PLY "apron%d"\n' % number)
+        write_aprons(f, aprons, feet, "POI %d 0 %d\n")
         f.write("EXI\n")
 
 

@@ -92,19 +92,8 @@ void PlaneLine::SetForCuts(double ax, double ay, double bx, double by) {
 }
 
 void PlaneLine::Set(double ax, double ay, double bx, double by) {
-  x1 = ax;
-  y1 = ay;
-  x2 = bx;
-  y2 = by;
-  dy = y2 - y1;
-  dx = x2 - x1;
-  if (dx != 0) {
-    slope = dy / dx;
-    intercept = (-x1 * dy) / dx + y1;
-  } else {
-    slope = kVerticalSlope;
-    intercept = 0.0;
-  }
+  SetForCuts(ax, ay, bx, by);
+  slope = dx != 0 ? dy / dx : kVerticalSlope;
   norm = std::sqrt(slope * slope + 1);
   minX = std::min(x1, x2);
   maxX = std::max(x1, x2);

@@ -96,25 +96,17 @@ std::int32_t ScriptRun::Run(std::string_view name) {
   return result;
 }
 
-double ScriptRun::NextLatitude() {
+double ScriptRun::NextAngle(std::int32_t (*parse)(std::string_view, double*), bool skipField) {
   double value = 0.0;
-  script_.SkipFields(1);
+  if (skipField) script_.SkipFields(1);
   script_.SkipBlanks();
-  ParseLatitude(std::string_view(script_.line).substr(std::min<std::size_t>(script_.cursor, script_.line.size())), &value);
-  return value;
-}
-
-double ScriptRun::NextLongitude() {
-  double value = 0.0;
-  script_.SkipFields(1);
-  script_.SkipBlanks();
-  ParseLongitude(std::string_view(script_.line).substr(std::min<std::size_t>(script_.cursor, script_.line.size())), &value);
+  parse(std::string_view(script_.line).substr(std::min<std::size_t>(script_.cursor, script_.line.size())), &value);
   return value;
 }
 
 void ScriptRun::Reference() {
-  double lat = NextLatitude();
-  double lon = NextLongitude();
+  double lat = NextAngle(ParseLatitude);
+  double lon = NextAngle(ParseLongitude);
   pen_.SetReference(lat, lon);
   skipping_ = exclusions_.IsExcluded(area_, lat, lon);
 }
@@ -124,12 +116,10 @@ void ScriptRun::Runway() {
   double length = 0.0, width = 0.0;
   script_.ScanField("%lf", &length, 0);
   script_.ScanField("%lf", &width, 0);
-  script_.SkipBlanks();
-  double lat1 = 0.0, lon1 = 0.0, lat2 = 0.0, lon2 = 0.0;
-  ParseLatitude(std::string_view(script_.line).substr(std::min<std::size_t>(script_.cursor, script_.line.size())), &lat1);
-  lon1 = NextLongitude();
-  lat2 = NextLatitude();
-  lon2 = NextLongitude();
+  double lat1 = NextAngle(ParseLatitude, false);
+  double lon1 = NextAngle(ParseLongitude);
+  double lat2 = NextAngle(ParseLatitude);
+  double lon2 = NextAngle(ParseLongitude);
   if (exclusions_.IsExcluded(area_, (lat1 + lat2) / 2.0, (lon1 + lon2) / 2.0)) return;
   pen_.AddRunway(lat1, lon1, lat2, lon2, TruncToLong(length), TruncToLong(width));
 }

@@ -33,9 +33,8 @@ class ScriptRun {
   void Point();
   void Polygon();
   void Light();
-  // Position fields from the cursor on: skip one field and the blanks, then parse.
-  double NextLatitude();
-  double NextLongitude();
+  // A position field: skip one field (unless told not to) and the blanks, then parse.
+  double NextAngle(std::int32_t (*parse)(std::string_view, double*), bool skipField = true);
 
   RunContext& ctx_;
   TaxiwayList network_;
