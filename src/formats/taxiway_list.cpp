@@ -1,5 +1,6 @@
 #include "formats/taxiway_list.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -83,7 +84,12 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     return 0;
   }
   BgrFile file;
-  file.OpenReplace(ctx_, path);
+  if (!file.OpenReplace(ctx_, path)) {
+    // the report has the failed open; say on standard error what it costs
+    int reason = errno;
+    ctx_.diagnostics().Printf("bgrtool: the network '%.*s' is not saved: %s\n", static_cast<int>(path.size()),
+                              path.data(), std::strerror(reason));
+  }
   file.WriteOrigin({originLat, originLon, 0.0});
   file.WriteNodes(points, -1, -1);
   for (std::int32_t i = 0; i < edgeCount; ++i) {

@@ -91,6 +91,15 @@ TEST(AirportDatabase, AHeaderThatLiesAboutItsRecordsFindsNothing) {
   }
 }
 
+TEST(AirportDatabase, FieldsOutsideTheRecordReadAsNothing) {
+  Database d({{"LMMX", 100, 100}});
+  d.dir.Write("DATABASE/AIRPORT.dbt", "aica,999999999,8,C\nalat,-5,8,N\nalon,2147483647,8,N\n");
+  double lat = 0, lon = 0;
+  std::string name;
+  EXPECT_EQ(d.Find(&lat, &lon, name), 0);  // found at (0, 0), but its code reads as empty
+  EXPECT_EQ(name, "NONE");
+}
+
 // The index must give the record that the walk over all records gives: the
 // first one at the smallest distance, across the 180th meridian too.
 TEST(AirportDatabase, TheIndexAgreesWithThePlainWalk) {
