@@ -1,8 +1,10 @@
 #include <cstdio>
 
 #include "app/dispatcher.h"
+#include "platform/platform.h"
 
 int main(int argc, char** argv) {
+  platform::UseBinaryStdio();
   bgr::OutputSink console(stdout);
   bgr::OutputSink diagnostics(stderr, true);
   int result = bgr::RunBgrtool(argc, argv, console, diagnostics);

@@ -13,6 +13,12 @@
 #include <thread>
 
 #if defined(_WIN32)
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#undef MoveFile  // ours, not the system's macro
+#include <fcntl.h>
 #include <io.h>
 #include <process.h>
 #else
@@ -219,9 +225,19 @@ std::FILE* OpenFile(std::string_view path, const char* mode) {
     return nullptr;
   }
   bool made = !reading && kind == PathKind::kMissing;
-  std::FILE* f = std::fopen(native.c_str(), mode);
+  // every file in binary mode: the same bytes on every system, no CR put before LF
+  std::string binary(mode);
+  if (binary.find('b') == std::string::npos) binary += 'b';
+  std::FILE* f = std::fopen(native.c_str(), binary.c_str());
   if (f && made) FolderNames::Shared().Added(native);
   return f;
+}
+
+void UseBinaryStdio() {
+#if defined(_WIN32)
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
+#endif
 }
 
 bool SameFile(std::string_view a, std::string_view b) {
@@ -253,9 +269,26 @@ bool FileLock::Acquire(std::string_view path, int waitMs) {
   Release();
   busy_ = false;
 #if defined(_WIN32)
-  (void)path;
-  (void)waitMs;
-  return true;
+  std::string native = NativePath(path);
+  std::int64_t until = NowMs() + waitMs;
+  for (;;) {
+    HANDLE h = ::CreateFileA(native.c_str(), GENERIC_READ | GENERIC_WRITE,
+                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    OVERLAPPED at{};
+    if (::LockFileEx(h, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &at)) {
+      handle_ = h;
+      heldPath_ = native;
+      return true;
+    }
+    ::CloseHandle(h);
+    if (NowMs() >= until) {
+      busy_ = true;
+      return false;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
 #else
   std::string native = NativePath(path);
   std::int64_t until = NowMs() + waitMs;
@@ -285,7 +318,10 @@ bool FileLock::Acquire(std::string_view path, int waitMs) {
 }
 
 void FileLock::Release() {
-#if !defined(_WIN32)
+#if defined(_WIN32)
+  if (handle_) ::CloseHandle(static_cast<HANDLE>(handle_));  // closing gives the lock back
+  handle_ = nullptr;
+#else
   if (fd_ >= 0) ::close(fd_);
 #endif
   fd_ = -1;
@@ -293,8 +329,8 @@ void FileLock::Release() {
 
 bool FileLock::IsFile(std::string_view path) const {
 #if defined(_WIN32)
-  (void)path;
-  return false;
+  std::error_code ec;
+  return handle_ && fs::equivalent(heldPath_, NativePath(path), ec) && !ec;
 #else
   struct stat held, other;
   return fd_ >= 0 && ::fstat(fd_, &held) == 0 && ::stat(NativePath(path).c_str(), &other) == 0 &&

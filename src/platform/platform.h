@@ -25,6 +25,9 @@ PathKind KindOf(std::string_view path);
 // blocks); writes may also go to a device such as /dev/null.
 std::FILE* OpenFile(std::string_view path, const char* mode);
 
+// Standard output and error carry bytes as they are (no CR before LF on Windows).
+void UseBinaryStdio();
+
 // Both paths name one existing file, however they are spelled.
 bool SameFile(std::string_view a, std::string_view b);
 
@@ -54,6 +57,8 @@ class FileLock {
 
  private:
   int fd_ = -1;
+  void* handle_ = nullptr;  // on Windows: the open, locked file
+  std::string heldPath_;
   bool busy_ = false;
 };
 

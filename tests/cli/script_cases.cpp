@@ -249,13 +249,20 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
+// Bytes of no text, a zero among them.
+std::string Binary() {
+  static const char kBytes[] = "\x01\x02\xff\xfeREF \x00 garbage\n";
+  return std::string(kBytes, sizeof kBytes - 1);
+}
+
 // Lines of 10000 characters, binary bytes, numbers far out of range and a
 // missing DATA folder: the run goes through, and says on standard error what
 // it could not save.
 TEST(ScriptRun, HostileLinesArePassedOver) {
   std::string script = Ref(kLatA, kLonA) + "LIN " + std::string(10000, '7') + "\n" +
-                       std::string("\x01\x02\xff\xfeREF \x00 garbage\n", 20) +
+                       Binary() +
                        "MOV 1e400 0 -1e400 99999999999 -5\nLIN nan 0 inf 1 1\nPOI\nPLY\nLGT\n"
+                       "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"
                        "RWY a b c d 1e300 1e300 N999:99:99 E-5 Nx Sy\nSRC\nREF\nEXI";
   for (bool data : {true, false}) {
     FileList files = DatabaseFiles({kA});
