@@ -15,6 +15,18 @@ cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DBGRTOOL_TESTS=ON -DBGRTOOL_BENC
 cmake --build build -j "$jobs"
 (cd build && ctest --output-on-failure)
 
+# the .deb: its contents, then the installed program on the example airport
+(cd build && cpack -G DEB >/dev/null)
+deb=$(ls build/bgrtool_*_amd64.deb)
+dpkg-deb --contents "$deb" | grep -q '\./usr/bin/bgrtool$'
+dpkg-deb --contents "$deb" | grep -q 'man1/bgrtool\.1'
+root=$(mktemp -d) && work=$(mktemp -d)
+dpkg -x "$deb" "$root"
+cp examples/LMML.BGR examples/LMML.PLY "$work"
+rc=0 && (cd "$work" && PATH="$root/usr/bin:$PATH" bgrtool -tm LMML.BGR >/dev/null) || rc=$?
+[ "$rc" -eq 1 ] && [ -s "$work/LMML.TMS" ]
+rm -rf "$root" "$work"
+
 cmake -S . -B build-san -DCMAKE_BUILD_TYPE=Debug -DBGRTOOL_TESTS=ON -DBGRTOOL_SANITIZE=ON >/dev/null
 cmake --build build-san -j "$jobs"
 (cd build-san && ctest --output-on-failure)
@@ -33,3 +45,7 @@ wineserver -p  # one server for all runs: each start then takes a fraction of a 
 BGRTOOL_TEST_BINARY="$(pwd)/build-windows/bgrtool.exe" BGRTOOL_TEST_WRAPPER=wine BGRTOOL_REPEAT_STRIDE=29 \
   build/tests/bgrtool_cli_tests --gtest_filter='-Faults.*:Kit.*' --gtest_brief=1
 wineserver -k || true
+# the .zip for Windows holds the program, the README and the example
+(cd build-windows && cpack -G ZIP >/dev/null)
+cmake -E tar tf build-windows/bgrtool-*-win64.zip | grep -q 'bin/bgrtool\.exe$'
+cmake -E tar tf build-windows/bgrtool-*-win64.zip | grep -q 'examples/LMML\.txt$'
