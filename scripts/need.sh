@@ -9,6 +9,7 @@ need_packages() {
       gtest) [ -f /usr/include/gtest/gtest.h ] || missing+=(libgtest-dev) ;;
       benchmark) [ -f /usr/include/benchmark/benchmark.h ] || missing+=(libbenchmark-dev) ;;
       valgrind) command -v valgrind >/dev/null || missing+=(valgrind) ;;
+      clang) command -v clang++ >/dev/null || missing+=(clang) ;;
       windows)
         command -v x86_64-w64-mingw32-g++-posix >/dev/null || missing+=(g++-mingw-w64-x86-64)
         command -v wine >/dev/null || missing+=(wine wine64)

@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
-# Builds and runs every test: in the README's build folder as shipped, then under
-# AddressSanitizer and UndefinedBehaviorSanitizer, then the end-to-end cases once
+# Builds and runs every test: in the README's build folder as shipped (g++),
+# then under AddressSanitizer and UndefinedBehaviorSanitizer (clang++), both
+# with -Wall -Wextra -Wpedantic -Werror, then the end-to-end cases once
 # more with every start of bgrtool under valgrind (uninitialised reads), and
 # last the Windows build, cross-compiled, with the end-to-end cases under Wine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/need.sh
-need_packages gtest benchmark valgrind kit windows
+need_packages gtest benchmark valgrind kit windows clang
 jobs=$(nproc)
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 export ASAN_OPTIONS=detect_leaks=1
 
-cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DBGRTOOL_TESTS=ON -DBGRTOOL_BENCH=ON >/dev/null
+cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DBGRTOOL_TESTS=ON -DBGRTOOL_BENCH=ON -DBGRTOOL_WERROR=ON >/dev/null
 cmake --build build -j "$jobs"
 (cd build && ctest --output-on-failure)
 
@@ -27,7 +28,8 @@ rc=0 && (cd "$work" && PATH="$root/usr/bin:$PATH" bgrtool -tm LMML.BGR >/dev/nul
 [ "$rc" -eq 1 ] && [ -s "$work/LMML.TMS" ]
 rm -rf "$root" "$work"
 
-cmake -S . -B build-san -DCMAKE_BUILD_TYPE=Debug -DBGRTOOL_TESTS=ON -DBGRTOOL_SANITIZE=ON >/dev/null
+CC=clang CXX=clang++ cmake -S . -B build-san -DCMAKE_BUILD_TYPE=Debug -DBGRTOOL_TESTS=ON -DBGRTOOL_SANITIZE=ON \
+  -DBGRTOOL_WERROR=ON >/dev/null
 cmake --build build-san -j "$jobs"
 (cd build-san && ctest --output-on-failure)
 
