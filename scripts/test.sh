@@ -19,8 +19,9 @@ cmake --build build -j "$jobs"
 # the .deb: its contents, then the installed program on the example airport
 (cd build && cpack -G DEB >/dev/null)
 deb=$(ls build/bgrtool_*_amd64.deb)
-dpkg-deb --contents "$deb" | grep -q '\./usr/bin/bgrtool$'
-dpkg-deb --contents "$deb" | grep -q 'man1/bgrtool\.1'
+contents=$(dpkg-deb --contents "$deb")
+grep -q '\./usr/bin/bgrtool$' <<<"$contents"
+grep -q 'man1/bgrtool\.1' <<<"$contents"
 root=$(mktemp -d) && work=$(mktemp -d)
 dpkg -x "$deb" "$root"
 cp examples/LMML.BGR examples/LMML.PLY "$work"
@@ -49,5 +50,6 @@ BGRTOOL_TEST_BINARY="$(pwd)/build-windows/bgrtool.exe" BGRTOOL_TEST_WRAPPER=wine
 wineserver -k || true
 # the .zip for Windows holds the program, the README and the example
 (cd build-windows && cpack -G ZIP >/dev/null)
-cmake -E tar tf build-windows/bgrtool-*-win64.zip | grep -q 'bin/bgrtool\.exe$'
-cmake -E tar tf build-windows/bgrtool-*-win64.zip | grep -q 'examples/LMML\.txt$'
+contents=$(cmake -E tar tf build-windows/bgrtool-*-win64.zip)
+grep -q 'bin/bgrtool\.exe$' <<<"$contents"
+grep -q 'examples/LMML\.txt$' <<<"$contents"
