@@ -9,7 +9,6 @@
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
-#include "platform/platform.h"
 
 namespace bgr {
 
@@ -62,16 +61,7 @@ bool BgrFile::OpenReplace(RunContext& ctx, std::string_view name) {
   context_ = &ctx;
   name_ = name;
   writing_ = 1;
-  if (platform::KindOf(name) == platform::PathKind::kDevice) {
-    stream_ = WrapFileOpen(ctx, name, "wb");
-  } else {
-    part_ = platform::PartNameBeside(name);
-    stream_ = Stream(platform::OpenFile(part_, "wb"));
-    if (!stream_) {
-      ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, "wb");
-      part_.clear();
-    }
-  }
+  stream_ = OpenPart(ctx, name, part_);
   WriteTag("<bgno>");
   return static_cast<bool>(stream_);
 }
@@ -89,17 +79,11 @@ bool BgrFile::Close() {
   writeFailed_ = false;
   writeError_ = 0;
   std::string failure;
-  bool closed = stream_.Close();
-  if (!flushed) {
+  if (flushed) {
+    failure = PutInPlace(stream_, part_, name_);
+  } else {
+    DropPart(stream_, part_);
     failure = std::strerror(flushError != 0 ? flushError : EIO);
-  } else if (!closed) {
-    failure = stream_.error();
-  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
-    failure = "the new file cannot take the old one's place";
-  }
-  if (!part_.empty()) {
-    if (!failure.empty()) platform::RemoveFile(part_);
-    part_.clear();
   }
   if (failure.empty() || !wasWriting) return true;
   context_->Report("BgrFile cannot write '%s': %s", name_, 0, 0, failure);
@@ -109,9 +93,7 @@ bool BgrFile::Close() {
 void BgrFile::Abandon() {
   pending_.clear();
   writeFailed_ = false;
-  if (stream_) std::fclose(stream_.release());
-  if (!part_.empty()) platform::RemoveFile(part_);
-  part_.clear();
+  DropPart(stream_, part_);
   writing_ = 0;
 }
 

@@ -9,7 +9,6 @@
 #include "frame/line_reader.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
-#include "platform/platform.h"
 
 namespace bgr {
 namespace {
@@ -28,9 +27,7 @@ TaxiwayList::TaxiwayList(RunContext& ctx) : bgrName(kNoneBgr), ctx_(ctx) {
 }
 
 TaxiwayList::~TaxiwayList() {
-  if (plyPart_.empty()) return;
-  if (plyFile) std::fclose(plyFile.release());
-  platform::RemoveFile(plyPart_);
+  if (!plyPart_.empty()) DropPart(plyFile, plyPart_);
 }
 
 void TaxiwayList::Reset() {
@@ -111,23 +108,14 @@ bool TaxiwayList::OpenPly(std::string_view mode) {
   ClosePly();
   if (mode.empty() || mode[0] == 'r') {
     plyFile = WrapFileOpen(ctx_, plyName, mode);
-  } else {
+  } else if (Stream old = mode[0] == 'a' ? WrapFileOpen(ctx_, plyName, "rb") : Stream(); mode[0] != 'a' || old) {
     // Lines are added to a copy beside the file, which takes the file's place
     // when it is closed: a write that fails leaves the old file whole.
-    Stream old;
-    bool copy = mode[0] == 'a';
-    if (copy) old = WrapFileOpen(ctx_, plyName, "rb");
-    std::string part = platform::PartNameBeside(plyName);
-    Stream out(copy && !old ? nullptr : platform::OpenFile(part, "wb"));
-    if (!out && !(copy && !old)) ctx_.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", plyName, 0, 0, mode);
-    if (out && old) {
+    plyFile = OpenPart(ctx_, plyName, plyPart_, mode);
+    if (plyFile && old) {
       char buffer[65536];
       std::size_t n;
-      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, out.get());
-    }
-    if (out) {
-      plyFile = std::move(out);
-      plyPart_ = part;
+      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, plyFile.get());
     }
   }
   if (!plyFile) {
@@ -139,17 +127,9 @@ bool TaxiwayList::OpenPly(std::string_view mode) {
 }
 
 std::int32_t TaxiwayList::ClosePly() {
-  std::string part = std::move(plyPart_);
-  plyPart_.clear();
   if (!plyFile) return 1;
-  std::string failure;
-  if (!WrapFileClose(plyFile)) {
-    failure = plyFile.error();
-  } else if (!part.empty() && !platform::MoveFile(part, plyName)) {
-    failure = "the new file cannot take the old one's place";
-  }
+  std::string failure = PutInPlace(plyFile, plyPart_, plyName);
   if (failure.empty()) return 1;
-  if (!part.empty()) platform::RemoveFile(part);
   ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, failure);
   return 0;
 }

@@ -57,45 +57,56 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
   return stream;
 }
 
-OutputFile::~OutputFile() {
-  if (stream_ && !part_.empty()) {
-    std::fclose(stream_.release());
-    platform::RemoveFile(part_);
+Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::string_view mode) {
+  part.clear();
+  if (platform::KindOf(name) == platform::PathKind::kDevice) return WrapFileOpen(ctx, name, mode);
+  std::string beside = platform::PartNameBeside(name);
+  Stream stream(platform::OpenFile(beside, "wb"));
+  if (stream) {
+    part = std::move(beside);
+  } else {
+    ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
   }
+  return stream;
+}
+
+std::string PutInPlace(Stream& stream, std::string& part, std::string_view name) {
+  std::string failure;
+  if (!stream.Close()) {
+    failure = stream.error();
+  } else if (!part.empty() && !platform::MoveFile(part, name)) {
+    failure = "the new file cannot take the old one's place";
+  }
+  if (!failure.empty() && !part.empty()) platform::RemoveFile(part);
+  part.clear();
+  return failure;
+}
+
+void DropPart(Stream& stream, std::string& part) {
+  if (stream) std::fclose(stream.release());
+  if (!part.empty()) platform::RemoveFile(part);
+  part.clear();
+}
+
+OutputFile::~OutputFile() {
+  if (!part_.empty()) DropPart(stream_, part_);
 }
 
 bool OutputFile::Open(RunContext& ctx, std::string_view name) {
   name = SkipBlanks(name);
   name_ = name;
-  part_.clear();
-  if (platform::KindOf(name) == platform::PathKind::kDevice) {
-    stream_ = WrapFileOpen(ctx, name, "wb");
-    return static_cast<bool>(stream_);
-  }
-  part_ = platform::PartNameBeside(name);
-  stream_ = Stream(platform::OpenFile(part_, "wb"));
-  if (!stream_) {
-    ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, "wb");
-    part_.clear();
-  }
+  stream_ = OpenPart(ctx, name, part_);
   return static_cast<bool>(stream_);
 }
 
 bool OutputFile::Finish(RunContext& ctx, bool ok, std::string_view command) {
   if (!stream_) return false;
   if (!ok) {
-    std::fclose(stream_.release());
-    if (!part_.empty()) platform::RemoveFile(part_);
+    DropPart(stream_, part_);
     return false;
   }
-  std::string failure;
-  if (!stream_.Close()) {
-    failure = stream_.error();
-  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
-    failure = "the new file cannot take the old one's place";
-  }
+  std::string failure = PutInPlace(stream_, part_, name_);
   if (failure.empty()) return true;
-  if (!part_.empty()) platform::RemoveFile(part_);
   ctx.Report(std::string(command) + " cannot write '%s': %s", name_, 0, 0, failure);
   return false;
 }

@@ -39,6 +39,17 @@ class Stream {
 
 Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mode);
 
+// A file written under a part name beside its final name, put in place in one
+// rename (a device is written straight). A failed open is reported as
+// WrapFileOpen reports it, with 'mode'; 'part' stays empty then, and for a device.
+Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::string_view mode = "wb");
+// Closes the stream with every byte checked and puts the part at 'name'; on
+// failure the part is dropped and the name keeps its old file. Empty when
+// done, else the system's reason.
+std::string PutInPlace(Stream& stream, std::string& part, std::string_view name);
+// Closes the stream and removes the part: the old file stays as it was.
+void DropPart(Stream& stream, std::string& part);
+
 // An output file written under a part name beside its final name and put in
 // place in one rename when the command succeeded: until then, and after any
 // failure, the file of that name stays as it was.

@@ -21,8 +21,6 @@ constexpr double kLeastSnapAngle = 0.3490658503988659;  // 20 degrees
 constexpr double kWidestStubTurn = 2.007128639793479;   // 115 degrees
 constexpr std::int32_t kMostIntersectedTaxiways = 100;
 
-std::uint32_t Index(std::int32_t point) { return static_cast<std::uint32_t>(point); }
-
 double Distance(double x, double z, const TEXPOINT& p) { return PointDistance(x, z, p.x, p.z); }
 
 // For each point, the far end of the first taxiway that ends there, by rising
@@ -89,7 +87,7 @@ void SnapEndPointsToRunways(TmsJob& job) {
     TEXPOINT s = job.Point(edge.start), e = job.Point(edge.end);
     double reach = PointDistance(s.x, s.z, e.x, e.z) + kStubLength;
     for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
-      if (job.Mark(Index(q)) != 1) continue;
+      if (job.Mark(q) != 1) continue;
       double x, z;
       TEXPOINT far;
       if (!CrossingOnRunway(job, farEnds, runway.line, q, &x, &z, &far)) continue;
@@ -112,7 +110,7 @@ void MakeRunwayExitStubs(TmsJob& job) {
     double stepX = (double(e.x) - s.x) * kStubLength / length;
     double stepZ = (double(e.z) - s.z) * kStubLength / length;
     for (std::int32_t q = 0; q < points; ++q) {
-      if (job.Mark(Index(q)) != 1) continue;
+      if (job.Mark(q) != 1) continue;
       double x, z;
       TEXPOINT r;
       if (!CrossingOnRunway(job, farEnds, runway.line, q, &x, &z, &r)) continue;
@@ -130,8 +128,8 @@ void AddExitStub(TmsJob& job, std::int32_t from, double x, double z, std::int32_
   if (points.count() >= points.capacity() || job.EdgeCount() >= TaxiwayList::kMaxEdges) return;
   std::int32_t to = points.Add(TruncToLong(x), 0, TruncToLong(z), 0);
   AppendEdge(job, {from, to, width, type, kAllFlags});
-  job.MarkPoint(Index(from), 1);
-  job.MarkPoint(Index(to), 1);
+  job.MarkPoint(from, 1);
+  job.MarkPoint(to, 1);
 }
 
 void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
@@ -171,7 +169,7 @@ void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
       AppendEdge(job, restB);
       ea.end = n;
       eb.end = n;
-      job.MarkPoint(Index(n), 4);
+      job.MarkPoint(n, 4);
     }
   }
 }
@@ -179,8 +177,8 @@ void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
 bool SnapEndPointsToTaxiway(TmsJob& job, std::int32_t a, std::int32_t b) {
   if (a == b || job.Edge(b).type != kTaxiway) return false;
   const TaxiwayEdge& ea = job.Edge(a);
-  bool startFree = job.Mark(Index(ea.start)) == 1;
-  bool endFree = job.Mark(Index(ea.end)) == 1;
+  bool startFree = job.Mark(ea.start) == 1;
+  bool endFree = job.Mark(ea.end) == 1;
   if (!startFree && !endFree) return false;
   const TaxiwayEdge& eb = job.Edge(b);
   TEXPOINT b0 = job.Point(eb.start), b1 = job.Point(eb.end);
@@ -191,7 +189,7 @@ bool SnapEndPointsToTaxiway(TmsJob& job, std::int32_t a, std::int32_t b) {
   if (!la.Intersect(lb, &x, &z, 0) || !WithinEdge(x, z, lb, b0, b1, kTaxiwaySnapClearance)) return false;
   std::int32_t edges = job.EdgeCount();
   std::int32_t start = ea.start, end = ea.end;
-  if (job.Mark(Index(start)) == 1) SplitEdgeAtEndPoint(job, start, x, z, b);
+  if (job.Mark(start) == 1) SplitEdgeAtEndPoint(job, start, x, z, b);
   if (endFree) SplitEdgeAtEndPoint(job, end, x, z, b);
   return job.EdgeCount() != edges;
 }
@@ -333,7 +331,7 @@ void SnapEndPointsToTaxiways(TmsJob& job) {
       again = false;
       // the ends' marks only rise, so an end that isn't free now stays so
       const TaxiwayEdge& ea = job.Edge(a);
-      bool startFree = job.Mark(Index(ea.start)) == 1, endFree = job.Mark(Index(ea.end)) == 1;
+      bool startFree = job.Mark(ea.start) == 1, endFree = job.Mark(ea.end) == 1;
       if (!startFree && !endFree) break;
       ends.clear();
       if (startFree) ends.push_back(job.Point(ea.start));
@@ -361,7 +359,7 @@ void SplitEdgeAtEndPoint(TmsJob& job, std::int32_t point, double x, double z, st
   rest.start = point;
   AppendEdge(job, rest);
   job.Edge(edge).end = point;
-  job.MarkPoint(Index(point), 2);
+  job.MarkPoint(point, 2);
 }
 
 }  // namespace bgr

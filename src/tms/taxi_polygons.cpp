@@ -34,8 +34,6 @@ constexpr std::int32_t kPaintFlag = 2;
 constexpr std::int32_t kCentreLightFlag = 4;
 constexpr std::int32_t kEdgeLightFlag = 8;
 
-std::uint32_t Index(std::int32_t point) { return static_cast<std::uint32_t>(point); }
-
 double Distance(const TEXPOINT& p, PlanePoint q) { return PointDistance(p.x, p.z, q.x, q.z); }
 
 // x1 + (x2 - x1) * distance / total, likewise z; nothing for a total of 0.
@@ -263,7 +261,7 @@ void TaxiPolygons::GenerateRibbon(std::int32_t index) {
   Segment& segment = SegmentAt(index);
   const TaxiwayEdge& e = job_.Edge(static_cast<std::int32_t>(segment.edge));
   double halfWidth = e.width / 2.0;
-  std::int32_t startMark = job_.Mark(Index(e.start)), endMark = job_.Mark(Index(e.end));
+  std::int32_t startMark = job_.Mark(e.start), endMark = job_.Mark(e.end);
   BuildRibbon(segment, startMark != 1 ? kJunctionInset : 0.0, endMark != 1 ? kJunctionInset : 0.0, halfWidth);
   QuadStyle style;
   style.pave = (e.flags & kPaved) && e.type != kExitStub && halfWidth != 0;
@@ -286,7 +284,7 @@ void TaxiPolygons::GenerateJoint(std::int32_t a, std::int32_t b, bool aAtStart, 
   TEXPOINT common = job_.Point(commonPoint);
   TEXPOINT farA = job_.Point(aAtStart ? ea.end : ea.start);
   TEXPOINT farB = job_.Point(bAtStart ? eb.end : eb.start);
-  std::int32_t commonMark = job_.Mark(Index(commonPoint));
+  std::int32_t commonMark = job_.Mark(commonPoint);
 
   QuadStyle style;
   std::int32_t either = ea.flags | eb.flags;

@@ -92,12 +92,15 @@ TEXPOINT TmsJob::Point(std::int32_t number) const {
   return number >= 0 && number < network.points.count() ? network.points[number] : TEXPOINT{};
 }
 
-void TmsJob::MarkPoint(std::uint32_t point, std::int32_t amount) {
-  if (point < static_cast<std::uint32_t>(kMarkedPoints)) pointMarks_[point] = WrapAdd(pointMarks_[point], amount);
+void TmsJob::MarkPoint(std::int32_t point, std::int32_t amount) {
+  if (point >= 0 && point < kMarkedPoints) {
+    auto& mark = pointMarks_[static_cast<std::size_t>(point)];
+    mark = WrapAdd(mark, amount);
+  }
 }
 
-std::int32_t TmsJob::Mark(std::uint32_t point) const {
-  return point < static_cast<std::uint32_t>(kMarkedPoints) ? pointMarks_[point] : 0;
+std::int32_t TmsJob::Mark(std::int32_t point) const {
+  return point >= 0 && point < kMarkedPoints ? pointMarks_[static_cast<std::size_t>(point)] : 0;
 }
 
 void TmsJob::GrowBounds(std::int32_t x, std::int32_t z) {
@@ -134,14 +137,14 @@ void TmsJob::PrepareNetwork() {
     const TaxiwayEdge& e = Edge(i);
     if (e.type == kRunway) AddSegment(runwayList, static_cast<std::uint32_t>(i), Point(e.start), Point(e.end));
     if (e.flags & kPaved) {
-      MarkPoint(static_cast<std::uint32_t>(e.start), 1);
-      MarkPoint(static_cast<std::uint32_t>(e.end), 1);
+      MarkPoint(e.start, 1);
+      MarkPoint(e.end, 1);
     }
   }
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     TaxiwayEdge& e = Edge(i);
-    if (e.type != kTaxiway || Mark(static_cast<std::uint32_t>(e.start)) != 1 ||
-        Mark(static_cast<std::uint32_t>(e.end)) != 1)
+    if (e.type != kTaxiway || Mark(e.start) != 1 ||
+        Mark(e.end) != 1)
       continue;
     TEXPOINT a = Point(e.start), b = Point(e.end);
     if (PointDistance(a.x, a.z, b.x, b.z) <= kShortLinkUnits) e.type = kShortLink;

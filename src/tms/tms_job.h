@@ -85,8 +85,9 @@ class TmsJob {
   // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 
-  void MarkPoint(std::uint32_t point, std::int32_t amount);
-  std::int32_t Mark(std::uint32_t point) const;
+  // A point number outside 0..11999 (negative ones too) has no mark: 0, and marking it does nothing.
+  void MarkPoint(std::int32_t point, std::int32_t amount);
+  std::int32_t Mark(std::int32_t point) const;
   void GrowBounds(std::int32_t x, std::int32_t z);
   void AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
   // A point of the network; a number outside the table reads as the origin,

@@ -46,7 +46,7 @@ TEST(RepairPasses, ATaxiwaySquareToARunwaySnapsAndGetsTwoStubs) {
     EXPECT_EQ(j.job.Edge(i).type, kExitStub);
     EXPECT_EQ(j.job.Edge(i).width, 150 * 256);
     EXPECT_EQ(j.job.Edge(i).start, 3);
-    EXPECT_EQ(j.job.Mark(static_cast<std::uint32_t>(j.job.Edge(i).end)), 1);
+    EXPECT_EQ(j.job.Mark(j.job.Edge(i).end), 1);
   }
   EXPECT_EQ(j.job.Mark(3), 3);
   EXPECT_EQ(j.run.console.Take(), "SnapEndPointsToRunways()\n");
@@ -120,7 +120,7 @@ TEST(RepairPasses, CrossingTaxiwaysAreSplitOnlyInSmallNetworks) {
       ASSERT_EQ(job.EdgeCount(), before + 2);
       std::int32_t cross = job.Edge(0).end;
       EXPECT_TRUE(job.network.points[cross].Equals(0, 0, 0));
-      EXPECT_EQ(job.Mark(static_cast<std::uint32_t>(cross)), 4);
+      EXPECT_EQ(job.Mark(cross), 4);
       EXPECT_EQ(job.Edge(before).start, cross);
       EXPECT_EQ(job.Edge(before).end, 1);
     } else {
@@ -196,7 +196,7 @@ TEST(RepairPasses, SnappingOnToTaxiwaysMatchesThePlainWalk) {
     for (std::int32_t i = 0; i < points; ++i) {
       ASSERT_TRUE(fast->network.points[i].Equals(plain->network.points[i].x, 0, plain->network.points[i].z))
           << seed << " point " << i;
-      ASSERT_EQ(fast->Mark(static_cast<std::uint32_t>(i)), plain->Mark(static_cast<std::uint32_t>(i)));
+      ASSERT_EQ(fast->Mark(i), plain->Mark(i));
     }
   }
   EXPECT_GT(splits, 40);  // the networks do snap, often
