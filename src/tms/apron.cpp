@@ -4,6 +4,7 @@
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
 #include "tms/taxi_polygons.h"
+#include "formats/taxiway_list.h"
 #include "tms/tms_job.h"
 
 namespace bgr {
@@ -28,6 +29,21 @@ std::int32_t ApronHash(const TEXPOINTS& points, const TEXTURE& polygon) {
   return hash;
 }
 
+ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash) {
+  points.SetCount(0);
+  if (!network.ReadPly(points, polygon, -1)) return ApronFate::kEnd;
+  // a ring that closes on its first point
+  if (polygon.count > 0 && polygon.verts[0].point == polygon.verts[static_cast<std::size_t>(polygon.count - 1)].point)
+    --polygon.count;
+  std::int32_t hash = ApronHash(points, polygon);
+  if (polygon.count < 3) return ApronFate::kTooFew;
+  if (hash == lastHash) return ApronFate::kRepeat;
+  if (polygon.count != points.count()) return ApronFate::kComplex;
+  lastHash = hash;
+  ScalePointsUp(points);
+  return ApronFate::kMade;
+}
+
 void GenerateApron(TmsJob& job, ApronPass pass) {
   job.ctx().console().Printf("GenerateApron(%d)\n", static_cast<int>(pass));
   TEXTURE polygon;
@@ -35,24 +51,12 @@ void GenerateApron(TmsJob& job, ApronPass pass) {
   points.Attach(&job.ctx());
   std::int32_t lastHash = 0;
   job.network.RewindPly();
-  for (;;) {
-    points.SetCount(0);
-    if (!job.network.ReadPly(points, polygon, -1)) break;
-    // a ring that closes on its first point
-    if (polygon.count > 0 && polygon.verts[0].point == polygon.verts[static_cast<std::size_t>(polygon.count - 1)].point)
-      --polygon.count;
-    std::int32_t hash = ApronHash(points, polygon);
-    if (polygon.count < 3 || hash == lastHash) continue;  // a repeat of the one before is made once
-    if (polygon.count != points.count()) {
-      // corners that fell on corners of the same polygon: a self-touching outline or holes
-      if (!job.ctx().once.apronComplex) {
-        job.ctx().once.apronComplex = true;
-        job.ctx().Report(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
-      }
-      continue;
+  for (ApronFate fate; (fate = NextApron(job.network, points, polygon, lastHash)) != ApronFate::kEnd;) {
+    if (fate == ApronFate::kComplex && !job.ctx().once.apronComplex) {
+      job.ctx().once.apronComplex = true;
+      job.ctx().Report(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
     }
-    lastHash = hash;
-    ScalePointsUp(points);
+    if (fate != ApronFate::kMade) continue;
     if (pass == ApronPass::kMeasure) {
       for (std::int32_t v = 0; v < polygon.count; ++v) {
         TEXPOINT p = CornerOf(points, polygon, v);
@@ -66,16 +70,9 @@ void GenerateApron(TmsJob& job, ApronPass pass) {
 
 void GenerateApronPolygons(TmsJob& job, TEXPOINTS& points, TEXTURE& polygon) {
   if (polygon.count < 3) return;
-  polygon.SetFlat(polygon.count, 0);
-  bool any = false;
-  for (std::int32_t index = 0;; ++index) {
-    const Triple* triple = polygon.Triangle(points, index, 0);
-    if (triple == nullptr) break;
-    any = true;
-    auto corner = [&](std::int32_t n) { return n >= 0 && n < points.count() ? points[n] : TEXPOINT{}; };
-    TEXPOINT a = corner((*triple)[0]), b = corner((*triple)[1]), c = corner((*triple)[2]);
+  bool any = ForEachApronTriangle(points, polygon, [&](const TEXPOINT& a, const TEXPOINT& b, const TEXPOINT& c) {
     job.grid.ClipTriangle(kPaveLayer, a.x, a.z, b.x, b.z, c.x, c.z);
-  }
+  });
   if (!any && !job.ctx().once.apronTriangulationFailed) {
     job.ctx().once.apronTriangulationFailed = true;
     job.ctx().Report("%sGenerateApronPolygons - triangulation failed %d %ld");

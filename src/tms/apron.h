@@ -5,13 +5,43 @@
 
 #include <cstdint>
 
+#include "geometry/texpoints.h"
+
 namespace bgr {
 
 class TmsJob;
-class TEXPOINTS;
-class TEXTURE;
+class TaxiwayList;
 
 enum class ApronPass : std::int32_t { kMeasure = 0, kGenerate = 1 };
+
+// What becomes of the next polygon of the PLY companion.
+enum class ApronFate : std::int32_t {
+  kEnd,      // no polygon is left
+  kTooFew,   // fewer than 3 corners: left out without a word
+  kRepeat,   // the same hash as the polygon made before it: made once
+  kComplex,  // corners that fell on corners of the same polygon: left out
+  kMade,     // to be made; its points are in working units
+};
+
+// Reads the next polygon as both apron passes read it; lastHash is the hash of
+// the polygon last made, 0 at the start.
+ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash);
+
+// Hands each triangle of a polygon that NextApron made to sink(a, b, c), in
+// order; false when the triangulation gave none.
+template <class Sink>
+bool ForEachApronTriangle(TEXPOINTS& points, TEXTURE& polygon, Sink&& sink) {
+  if (polygon.count < 3) return false;
+  polygon.SetFlat(polygon.count, 0);
+  auto corner = [&](std::int32_t n) { return n >= 0 && n < points.count() ? points[n] : TEXPOINT{}; };
+  bool any = false;
+  for (std::int32_t index = 0;; ++index) {
+    const Triple* triple = polygon.Triangle(points, index, 0);
+    if (triple == nullptr) return any;
+    any = true;
+    sink(corner((*triple)[0]), corner((*triple)[1]), corner((*triple)[2]));
+  }
+}
 
 void GenerateApron(TmsJob& job, ApronPass pass);
 void GenerateApronPolygons(TmsJob& job, TEXPOINTS& points, TEXTURE& polygon);

@@ -8,7 +8,8 @@
 #include "support/bgr_builder.h"
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
-#include "support/tms_read.h"
+#include "formats/tms_content.h"
+#include "support/test_run.h"
 
 namespace bgrtest {
 namespace {
@@ -136,11 +137,12 @@ struct TmsRun {
     dir.Write("a.bgr", network);
     if (!ply.empty()) dir.Write("a.PLY", ply);
     run = RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"});
-    tiles = ReadTms(dir.path() + "/a.TMS");
+    TestRun reader;
+    tiles = bgr::ReadTmsContent(reader.ctx, dir.path() + "/a.TMS");
   }
   TempDir dir;
   ToolRun run;
-  TmsContent tiles;
+  bgr::TmsContent tiles;
 };
 
 std::vector<std::pair<std::int32_t, std::int32_t>> Sorted(std::vector<std::pair<std::int32_t, std::int32_t>> c) {
@@ -164,7 +166,7 @@ TEST(TmsJob, ARightAngleBendLiesInOneTileWithItsFillet) {
   // the file gives the last made first: the fillet, then ribbon 1, then ribbon 0
   EXPECT_EQ(Sorted(pave[13].corners), Sorted({{0, 12800}, {0, -12800}, {217600, -12800}, {217600, 12800}}));
   EXPECT_EQ(Sorted(pave[12].corners), Sorted({{243200, 38400}, {268800, 38400}, {268800, 256000}, {243200, 256000}}));
-  auto has = [](const TmsShape& s, std::pair<std::int32_t, std::int32_t> c) {
+  auto has = [](const bgr::TmsShape& s, std::pair<std::int32_t, std::int32_t> c) {
     return std::find(s.corners.begin(), s.corners.end(), c) != s.corners.end();
   };
   EXPECT_TRUE(has(pave[11], {243200, 38400}) && has(pave[11], {268800, 38400}));
@@ -177,7 +179,7 @@ TEST(TmsJob, ARightAngleBendLiesInOneTileWithItsFillet) {
   EXPECT_EQ(lights.back().lightType, 0);
   EXPECT_EQ(lights.back().lightStep, 100.0f);
   EXPECT_EQ(Sorted(lights.back().corners), Sorted({{0, 0}, {217600, 0}}));  // positions in whole feet, back in units
-  EXPECT_EQ(std::count_if(lights.begin(), lights.end(), [](const TmsShape& s) { return s.lightType == 1; }), 12);
+  EXPECT_EQ(std::count_if(lights.begin(), lights.end(), [](const bgr::TmsShape& s) { return s.lightType == 1; }), 12);
 }
 
 TEST(TmsJob, ApronsAreMadeOnceAndLightsKeepTheirLowByte) {
@@ -191,12 +193,12 @@ TEST(TmsJob, ApronsAreMadeOnceAndLightsKeepTheirLowByte) {
   ASSERT_TRUE(r.tiles.read);
   // the repeat right behind is dropped, the one behind another polygon is not
   EXPECT_EQ(r.tiles.Count(0), 3u);
-  std::vector<const TmsShape*> strings;
+  std::vector<const bgr::TmsShape*> strings;
   for (const auto& column : r.tiles.tiles)
     for (const auto& tile : column)
-      for (const TmsShape& s : tile[3]) strings.push_back(&s);
+      for (const bgr::TmsShape& s : tile[3]) strings.push_back(&s);
   ASSERT_EQ(strings.size(), 2u);
-  for (const TmsShape* s : strings) {
+  for (const bgr::TmsShape* s : strings) {
     EXPECT_EQ(s->lightStep, 100.0f);
     if (s->lightType == 2) {
       EXPECT_EQ(Sorted(s->corners), Sorted({{0, 2560}, {100 * 256, 2560}}));

@@ -4,7 +4,7 @@
 
 #include "support/airport_gen.h"
 #include "support/temp_dir.h"
-#include "support/tms_read.h"
+#include "formats/tms_content.h"
 #include "support/test_run.h"
 
 namespace bgr {
@@ -131,7 +131,8 @@ TEST(TmsJobFull, AFullSizeAirportRunsThrough) {
     ++errors;
   }
   EXPECT_LE(errors, 2u);
-  bgrtest::TmsContent tiles = bgrtest::ReadTms(dir.path() + "/big.TMS");
+  bgrtest::TestRun reader;
+  bgr::TmsContent tiles = bgr::ReadTmsContent(reader.ctx, dir.path() + "/big.TMS");
   ASSERT_TRUE(tiles.read);
   EXPECT_GT(tiles.Count(0), 10000u);
   EXPECT_GT(tiles.Count(3), 1000u);

@@ -1,0 +1,29 @@
+// A whole BGR network read as it stands in the file, every node and edge, with
+// no table limits: for the programs that show or check a network rather than
+// build tiles from it.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "formats/bgr_file.h"
+
+namespace bgr {
+
+class RunContext;
+
+struct NetworkContent {
+  bool read = false;      // the file opened and began as a network
+  bool complete = false;  // the records ran up to the closing tag at the end of the file
+  long stoppedAt = 0;     // where the reading stopped
+  long length = 0;
+  OriginRecord origin;
+  std::vector<NodeRecord> nodes;
+  std::vector<EdgeRecord> edges;
+};
+
+// Reads through the library's BGR reader; a failed open is reported as every
+// open is.
+NetworkContent ReadNetworkContent(RunContext& ctx, std::string_view path);
+
+}  // namespace bgr
