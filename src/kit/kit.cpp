@@ -9,6 +9,8 @@ namespace bgr::kit {
 std::vector<Subcommand> Subcommands() {
   return {
       {"makedb", "build the airport database (DBD and dbt) from a CSV of airports", SetupMakeDb},
+      {"render", "draw a network, its PLY companion and its tiles as SVG or PNG", SetupRender},
+      {"check", "find what is wrong with a network and its PLY companion before -tm does", SetupCheck},
   };
 }
 

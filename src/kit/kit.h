@@ -53,5 +53,7 @@ int RunKit(int argc, const char* const* argv);
 
 // Each subcommand's set-up, in a file of its own.
 std::function<int()> SetupMakeDb(CLI::App& command);
+std::function<int()> SetupRender(CLI::App& command);
+std::function<int()> SetupCheck(CLI::App& command);
 
 }  // namespace bgr::kit

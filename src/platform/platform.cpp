@@ -22,6 +22,7 @@
 #include <io.h>
 #include <process.h>
 #else
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -417,5 +418,22 @@ std::int64_t NowMs() {
   using namespace std::chrono;
   return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
+
+#if defined(_WIN32)
+SharedLibrary::SharedLibrary(const char* name) : handle_(reinterpret_cast<void*>(LoadLibraryA(name))) {}
+SharedLibrary::~SharedLibrary() {
+  if (handle_) FreeLibrary(reinterpret_cast<HMODULE>(handle_));
+}
+void* SharedLibrary::Symbol(const char* name) const {
+  return handle_ ? reinterpret_cast<void*>(GetProcAddress(reinterpret_cast<HMODULE>(handle_), name)) : nullptr;
+}
+#else
+SharedLibrary::SharedLibrary(const char* name) : handle_(dlopen(name, RTLD_NOW | RTLD_LOCAL)) {}
+SharedLibrary::~SharedLibrary() {
+  if (handle_) dlclose(handle_);
+}
+// dlsym on a handle also searches the libraries that this one brought along
+void* SharedLibrary::Symbol(const char* name) const { return handle_ ? dlsym(handle_, name) : nullptr; }
+#endif
 
 }  // namespace platform

@@ -95,4 +95,20 @@ inline void PutByte(int c, std::FILE* f) {
 #endif
 }
 
+// A shared library looked for at run time, for a feature that works without
+// it; empty when the system has no library of that name.
+class SharedLibrary {
+ public:
+  explicit SharedLibrary(const char* name);
+  ~SharedLibrary();
+  SharedLibrary(const SharedLibrary&) = delete;
+  SharedLibrary& operator=(const SharedLibrary&) = delete;
+  explicit operator bool() const { return handle_ != nullptr; }
+  // The address of a function or object of the library, or null.
+  void* Symbol(const char* name) const;
+
+ private:
+  void* handle_ = nullptr;
+};
+
 }  // namespace platform

@@ -1,0 +1,611 @@
+#include "kit/check.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "formats/taxiway_list.h"
+#include "frame/file_access.h"
+#include "frame/int32_math.h"
+#include "frame/text.h"
+#include "kit/kit.h"
+#include "platform/platform.h"
+#include "tms/apron.h"
+#include "tms/repair_passes.h"
+#include "tms/tms_job.h"
+
+namespace bgr::kit {
+namespace {
+
+constexpr std::int32_t kMergeFeet = 5;            // a script joins points this close on each axis
+constexpr double kWorkingRangeFeet = 8388607.0;   // beyond it, 256 units to the foot overflow 32 bits
+constexpr std::int32_t kLeastWidth = 25, kMostWidth = 500;
+constexpr double kSnapReach = 38400.0;            // 150 ft: how far the repair passes move an end
+constexpr double kNearMiss = 76800.0;             // 300 ft: an end this close was likely meant to touch
+constexpr double kTaxiwayClearance = 25600.0;     // 100 ft from the ends of the taxiway snapped on to
+constexpr std::int32_t kCrossingTaxiways = 100;   // above this many taxiways no crossing is split
+constexpr std::int32_t kPlyCorners = 255;
+
+std::string Feet(double v) {
+  char text[32];
+  auto r = std::to_chars(text, text + sizeof text, std::round(v * 100.0) / 100.0);
+  return std::string(text, r.ptr);
+}
+
+Finding Make(Severity s, std::string code, std::string object, std::int64_t number, std::string message) {
+  Finding f;
+  f.severity = s;
+  f.code = std::move(code);
+  f.object = std::move(object);
+  f.number = number;
+  f.message = std::move(message);
+  return f;
+}
+
+Finding At(Finding f, double x, double z) {
+  f.placed = true;
+  f.x = x;
+  f.z = z;
+  return f;
+}
+
+bool HasPoint(const NetworkContent& n, std::int32_t p) {
+  return p >= 0 && static_cast<std::size_t>(p) < n.nodes.size();
+}
+const NodeRecord& Node(const NetworkContent& n, std::int32_t p) { return n.nodes[static_cast<std::size_t>(p)]; }
+
+// Place of an edge: its middle, or the end that exists.
+Finding AtEdge(Finding f, const NetworkContent& n, const EdgeRecord& e) {
+  bool a = HasPoint(n, e.from), b = HasPoint(n, e.to);
+  if (a && b) return At(std::move(f), (Node(n, e.from).x + Node(n, e.to).x) / 2, (Node(n, e.from).z + Node(n, e.to).z) / 2);
+  if (a) return At(std::move(f), Node(n, e.from).x, Node(n, e.from).z);
+  if (b) return At(std::move(f), Node(n, e.to).x, Node(n, e.to).z);
+  return f;
+}
+
+// A stored 0 means every flag.
+std::int32_t Flags(const EdgeRecord& e) { return e.flags == 0 ? kAllFlags : e.flags; }
+bool IsYellow(const EdgeRecord& e) { return e.type == kTaxiway && (Flags(e) & kAllFlags) == kPaintedOnly; }
+
+// True when segments ab and cd cross at a point inside both (touching ends don't count).
+bool Cross(double ax, double az, double bx, double bz, double cx, double cz, double dx, double dz, double* x,
+           double* z) {
+  double rX = bx - ax, rZ = bz - az, sX = dx - cx, sZ = dz - cz;
+  double denom = rX * sZ - rZ * sX;
+  if (denom == 0) return false;
+  double t = ((cx - ax) * sZ - (cz - az) * sX) / denom;
+  double u = ((cx - ax) * rZ - (cz - az) * rX) / denom;
+  if (t <= 0 || t >= 1 || u <= 0 || u >= 1) return false;
+  *x = ax + t * rX;
+  *z = az + t * rZ;
+  return true;
+}
+
+// A run of -tm's passes on the network in memory, with its output kept away.
+struct Rehearsal {
+  explicit Rehearsal(const std::string& path) {
+    ctx.KeepReportOnConsole();
+    job.Load(path);
+    job.PrepareNetwork();
+  }
+  OutputSink console, diagnostics;
+  RunContext ctx{console, diagnostics};
+  TmsJob job{ctx};
+};
+
+struct Moved {
+  std::int32_t point;
+  TEXPOINT from, to;
+};
+
+std::vector<Moved> MovedPoints(const std::vector<TEXPOINT>& before, const TEXPOINTS& after) {
+  std::vector<Moved> moved;
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    const TEXPOINT& now = after[static_cast<std::int32_t>(i)];
+    if (now.x != before[i].x || now.z != before[i].z) moved.push_back({static_cast<std::int32_t>(i), before[i], now});
+  }
+  return moved;
+}
+
+std::vector<TEXPOINT> Snapshot(const TEXPOINTS& points) { return {points.points().begin(), points.points().end()}; }
+
+double Distance(const TEXPOINT& a, const TEXPOINT& b) { return PointDistance(a.x, a.z, b.x, b.z); }
+
+// The first taxiway that ends at q, and its far end, as the repair passes find it.
+std::int32_t TaxiwayAt(TmsJob& job, std::int32_t q, std::int32_t* far) {
+  for (std::int32_t i = 0; i < job.EdgeCount(); ++i) {
+    const TaxiwayEdge& e = job.Edge(i);
+    if (e.type != kTaxiway) continue;
+    if (e.start == q) *far = e.end;
+    else if (e.end == q) *far = e.start;
+    else continue;
+    return i;
+  }
+  return -1;
+}
+
+}  // namespace
+
+bool LoadCheckInput(const std::string& path, CheckInput& input, std::string& error) {
+  KitRun run;
+  input.path = path;
+  if (!FileExists(run.ctx, path)) {
+    error = "cannot read '" + path + "'";
+    return false;
+  }
+  input.network = ReadNetworkContent(run.ctx, path);
+  std::string ply = path;
+  SetExtension(ply, "PLY");
+  if (FileExists(run.ctx, ply)) {
+    input.plyPath = ply;
+    std::ifstream text(platform::NativePath(ply), std::ios::binary);
+    for (std::string line; std::getline(text, line);) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      input.plyLines.push_back(std::move(line));
+    }
+  }
+  return true;
+}
+
+void CheckFile(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  if (!n.read) {
+    out.push_back(Make(Severity::kError, "not-a-network", "file", -1, "'" + in.path + "' does not begin as a BGR network"));
+  } else if (!n.complete) {
+    out.push_back(Make(Severity::kError, "damaged-file", "file", -1,
+                       "the records stop at byte " + std::to_string(n.stoppedAt) + " of " + std::to_string(n.length) +
+                           "; what follows is not read"));
+  }
+}
+
+void CheckSizes(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  if (n.nodes.size() > static_cast<std::size_t>(TaxiwayList::kMaxPoints))
+    out.push_back(Make(Severity::kError, "too-many-points", "network", -1,
+                       std::to_string(n.nodes.size()) + " points; -tm reads the first 12000, and then no edge at all"));
+  if (n.edges.size() > static_cast<std::size_t>(TaxiwayList::kMaxEdges))
+    out.push_back(Make(Severity::kError, "too-many-edges", "network", -1,
+                       std::to_string(n.edges.size()) + " edges; -tm reads the first 6000"));
+  auto runways = std::count_if(n.edges.begin(), n.edges.end(), [](const EdgeRecord& e) { return e.type == kRunway; });
+  if (runways > kRunwaySegments)
+    out.push_back(Make(Severity::kError, "too-many-runways", "network", -1,
+                       std::to_string(runways) + " runway edges; -tm snaps to the first 32 only"));
+}
+
+void CheckDanglingEdges(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  for (std::size_t i = 0; i < n.edges.size(); ++i) {
+    const EdgeRecord& e = n.edges[i];
+    for (std::int32_t end : {e.from, e.to}) {
+      if (HasPoint(n, end)) continue;
+      out.push_back(AtEdge(Make(Severity::kError, "dangling-edge", "edge", static_cast<std::int64_t>(i),
+                                "end point " + std::to_string(end) + " does not exist (the network has " +
+                                    std::to_string(n.nodes.size()) + " points)"),
+                           n, e));
+    }
+  }
+}
+
+void CheckZeroLengthEdges(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  for (std::size_t i = 0; i < n.edges.size(); ++i) {
+    const EdgeRecord& e = n.edges[i];
+    if (!HasPoint(n, e.from) || !HasPoint(n, e.to)) continue;
+    const NodeRecord &a = Node(n, e.from), &b = Node(n, e.to);
+    if (a.x == b.x && a.y == b.y && a.z == b.z)
+      out.push_back(At(Make(Severity::kWarning, "zero-length-edge", "edge", static_cast<std::int64_t>(i),
+                            "both ends lie at one place; writing the network back leaves it out"),
+                       a.x, a.z));
+  }
+}
+
+void CheckClosePoints(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  TEXPOINTS kept(static_cast<std::int32_t>(std::min<std::size_t>(n.nodes.size(), INT32_MAX)));
+  std::vector<std::int32_t> numberOf;  // table place -> point number
+  for (std::size_t i = 0; i < n.nodes.size() && i < static_cast<std::size_t>(INT32_MAX); ++i) {
+    const NodeRecord& p = n.nodes[i];
+    std::int32_t x = TruncToLong(p.x), y = TruncToLong(p.y), z = TruncToLong(p.z);
+    std::int32_t before = kept.count();
+    // the search that a script's merge makes
+    std::int32_t at = kept.Add(x, y, z, kMergeFeet, nullptr);
+    if (at >= 0 && at < before) {
+      const TEXPOINT& other = kept[at];
+      bool same = other.x == x && other.y == y && other.z == z;
+      std::string with = " point " + std::to_string(numberOf[static_cast<std::size_t>(at)]);
+      out.push_back(At(same ? Make(Severity::kWarning, "coincident-points", "point", static_cast<std::int64_t>(i),
+                                   "lies at the same place as" + with)
+                            : Make(Severity::kWarning, "close-points", "point", static_cast<std::int64_t>(i),
+                                   "lies within 5 ft of" + with + "; a script's merge would join them"),
+                       p.x, p.z));
+    } else if (at >= 0) {
+      numberOf.push_back(static_cast<std::int32_t>(i));
+    }
+  }
+}
+
+void CheckDuplicateEdges(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  std::map<std::pair<std::int32_t, std::int32_t>, std::size_t> seen;
+  for (std::size_t i = 0; i < n.edges.size(); ++i) {
+    const EdgeRecord& e = n.edges[i];
+    auto [it, fresh] = seen.emplace(std::minmax(e.from, e.to), i);
+    if (!fresh)
+      out.push_back(AtEdge(Make(Severity::kWarning, "duplicate-edge", "edge", static_cast<std::int64_t>(i),
+                                "joins the same points as edge " + std::to_string(it->second)),
+                           n, e));
+  }
+}
+
+void CheckWidths(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  for (std::size_t i = 0; i < n.edges.size(); ++i) {
+    const EdgeRecord& e = n.edges[i];
+    if (e.width >= kLeastWidth && e.width <= kMostWidth) continue;
+    out.push_back(AtEdge(Make(Severity::kWarning, "width-clamped", "edge", static_cast<std::int64_t>(i),
+                              "width " + std::to_string(e.width) + " ft lies outside 25..500 ft; a write makes it " +
+                                  std::to_string(e.width < kLeastWidth ? kLeastWidth : kMostWidth) + " ft"),
+                         n, e));
+  }
+}
+
+void CheckRange(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  for (std::size_t i = 0; i < n.nodes.size(); ++i) {
+    const NodeRecord& p = n.nodes[i];
+    if (std::fabs(p.x) <= kWorkingRangeFeet && std::fabs(p.z) <= kWorkingRangeFeet) continue;
+    out.push_back(At(Make(Severity::kError, "out-of-range", "point", static_cast<std::int64_t>(i),
+                          "lies beyond 8388607 ft of the origin, where -tm's working units overflow"),
+                     p.x, p.z));
+  }
+}
+
+void CheckYellowLines(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  auto yellow = std::count_if(n.edges.begin(), n.edges.end(), IsYellow);
+  if (yellow >= kYellowLinesKept)
+    out.push_back(Make(Severity::kWarning, "yellow-lines-dropped", "network", -1,
+                       std::to_string(yellow) + " yellow lines; with 100 or more -tm paints them and then leaves "
+                                                "them all out of the network it writes back"));
+  else if (yellow > 0)
+    out.push_back(Make(Severity::kNote, "yellow-lines-kept", "network", -1,
+                       std::to_string(yellow) + " yellow line" + (yellow == 1 ? "" : "s") +
+                           "; -tm writes them back as taxiways 100 ft wide"));
+}
+
+void CheckCrossings(const CheckInput& in, Findings& out) {
+  const NetworkContent& n = in.network;
+  struct Side {
+    std::size_t edge;
+    double ax, az, bx, bz;
+  };
+  std::vector<Side> sides;
+  for (std::size_t i = 0; i < n.edges.size(); ++i) {
+    const EdgeRecord& e = n.edges[i];
+    if (e.type != kTaxiway || IsYellow(e) || !HasPoint(n, e.from) || !HasPoint(n, e.to)) continue;
+    sides.push_back({i, Node(n, e.from).x, Node(n, e.from).z, Node(n, e.to).x, Node(n, e.to).z});
+  }
+  if (sides.size() < 2) return;
+  // a sweep along x: only sides whose x ranges overlap are compared
+  std::sort(sides.begin(), sides.end(),
+            [](const Side& a, const Side& b) { return std::min(a.ax, a.bx) < std::min(b.ax, b.bx); });
+  struct Crossing {
+    std::size_t a, b;
+    double x, z;
+  };
+  std::vector<Crossing> crossings;
+  for (std::size_t i = 0; i < sides.size(); ++i) {
+    const Side& s = sides[i];
+    double right = std::max(s.ax, s.bx);
+    for (std::size_t j = i + 1; j < sides.size() && std::min(sides[j].ax, sides[j].bx) <= right; ++j) {
+      const Side& t = sides[j];
+      const EdgeRecord &e = n.edges[s.edge], &f = n.edges[t.edge];
+      if (e.from == f.from || e.from == f.to || e.to == f.from || e.to == f.to) continue;
+      double x, z;
+      if (Cross(s.ax, s.az, s.bx, s.bz, t.ax, t.az, t.bx, t.bz, &x, &z))
+        crossings.push_back({std::min(s.edge, t.edge), std::max(s.edge, t.edge), x, z});
+    }
+  }
+  if (crossings.empty()) return;
+  // what -tm makes of them: its own pass, on a copy
+  Rehearsal r(in.path);
+  std::int32_t taxiways = 0;
+  for (std::int32_t i = 0; i < r.job.EdgeCount(); ++i) taxiways += r.job.Edge(i).type == kTaxiway;
+  std::int32_t before = r.job.network.points.count();
+  MakeTaxiwayTaxiwayIntersections(r.job);
+  std::vector<TEXPOINT> made;
+  for (std::int32_t p = before; p < r.job.network.points.count(); ++p) made.push_back(r.job.network.points[p]);
+  for (const Crossing& c : crossings) {
+    std::string what = "crosses edge " + std::to_string(c.b) + " with no shared point; ";
+    if (taxiways > kCrossingTaxiways) {
+      what += "-tm splits no crossing in a network of more than 100 taxiways (this one has " +
+              std::to_string(taxiways) + ")";
+    } else {
+      bool split = std::any_of(made.begin(), made.end(), [&](const TEXPOINT& p) {
+        return std::fabs(p.x / 256.0 - c.x) <= 1.0 && std::fabs(p.z / 256.0 - c.z) <= 1.0;
+      });
+      what += split ? "-tm splits both there" : "-tm leaves it, the crossing lies within 200 ft of an end";
+    }
+    out.push_back(At(Make(Severity::kWarning, "crossing-taxiways", "edge", static_cast<std::int64_t>(c.a), what), c.x, c.z));
+  }
+}
+
+void CheckSnaps(const CheckInput& in, Findings& out) {
+  if (!in.network.read) return;
+  Rehearsal r(in.path);
+  TmsJob& job = r.job;
+  std::vector<TEXPOINT> start = Snapshot(job.network.points);
+  // near misses of the runways: ends that the runway snap leaves where they are
+  std::vector<std::int32_t> ends;
+  for (std::int32_t q = 0; q < job.network.points.count(); ++q)
+    if (job.Mark(q) == 1) ends.push_back(q);
+  SnapEndPointsToRunways(job);
+  std::vector<Moved> toRunway = MovedPoints(start, job.network.points);
+  for (const Moved& m : toRunway)
+    out.push_back(At(Make(Severity::kNote, "snap-to-runway", "point", m.point,
+                          "-tm moves this taxiway end " + Feet(Distance(m.from, m.to) / 256.0) +
+                              " ft on to a runway, to (" + Feet(m.to.x / 256.0) + "," + Feet(m.to.z / 256.0) + ")"),
+                     m.from.x / 256.0, m.from.z / 256.0));
+  for (std::int32_t q : ends) {
+    const TEXPOINT& p = job.network.points[q];
+    if (p.x != start[static_cast<std::size_t>(q)].x || p.z != start[static_cast<std::size_t>(q)].z) continue;
+    for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
+      double d = job.runwayList.At(s)->line.SegmentDistance(p.x, p.z);
+      if (d <= kSnapReach || d > kNearMiss) continue;
+      out.push_back(At(Make(Severity::kWarning, "near-runway", "point", q,
+                            "this taxiway end lies " + Feet(d / 256.0) + " ft from runway edge " +
+                                std::to_string(job.runwayList.At(s)->edge) +
+                                ", beyond the 150 ft within which -tm snaps it"),
+                       p.x / 256.0, p.z / 256.0));
+      break;
+    }
+  }
+  MakeRunwayExitStubs(job);
+  MakeTaxiwayTaxiwayIntersections(job);
+  std::vector<TEXPOINT> beforeTaxiways = Snapshot(job.network.points);
+  std::vector<TaxiwayEdge> edgesBefore(job.network.edges.begin(), job.network.edges.begin() + job.EdgeCount());
+  SnapEndPointsToTaxiways(job);
+  for (const Moved& m : MovedPoints(beforeTaxiways, job.network.points)) {
+    std::string onto;
+    for (std::size_t i = 0; i < edgesBefore.size(); ++i)
+      if (edgesBefore[i].end != m.point && job.Edge(static_cast<std::int32_t>(i)).end == m.point) onto = std::to_string(i);
+    out.push_back(At(Make(Severity::kNote, "snap-to-taxiway", "point", m.point,
+                          "-tm moves this taxiway end " + Feet(Distance(m.from, m.to) / 256.0) +
+                              " ft on to taxiway edge " + onto + " and splits that there"),
+                     m.from.x / 256.0, m.from.z / 256.0));
+  }
+  // near misses of the taxiways: free ends whose line meets another taxiway a little too far off
+  for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
+    if (job.Mark(q) != 1) continue;
+    std::int32_t far = -1;
+    std::int32_t a = TaxiwayAt(job, q, &far);
+    if (a < 0) continue;
+    PlaneLine own;
+    own.SetFromPoints(job.Point(q), job.Point(far));
+    const TEXPOINT& p = job.network.points[q];
+    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) {
+      const TaxiwayEdge& e = job.Edge(b);
+      if (b == a || e.type != kTaxiway || e.start == q || e.end == q) continue;
+      PlaneLine other;
+      other.SetFromPoints(job.Point(e.start), job.Point(e.end));
+      double x, z;
+      if (!own.Intersect(other, &x, &z, 0.0)) continue;
+      double toStart = PointDistance(x, z, job.Point(e.start).x, job.Point(e.start).z);
+      double toEnd = PointDistance(x, z, job.Point(e.end).x, job.Point(e.end).z);
+      if (toStart < kTaxiwayClearance || toStart > other.length - kTaxiwayClearance || toEnd < kTaxiwayClearance ||
+          toEnd > other.length - kTaxiwayClearance)
+        continue;
+      double d = PointDistance(x, z, p.x, p.z);
+      if (d <= kSnapReach || d > kNearMiss) continue;
+      out.push_back(At(Make(Severity::kWarning, "near-taxiway", "point", q,
+                            "this taxiway end lies " + Feet(d / 256.0) + " ft from taxiway edge " + std::to_string(b) +
+                                ", beyond the 150 ft within which -tm snaps it"),
+                       p.x / 256.0, p.z / 256.0));
+      break;
+    }
+  }
+}
+
+void CheckAprons(const CheckInput& in, Findings& out) {
+  if (in.plyPath.empty()) return;
+  OutputSink console, diagnostics;
+  RunContext ctx{console, diagnostics};
+  ctx.KeepReportOnConsole();
+  TaxiwayList net(ctx);
+  net.plyName = in.plyPath;
+  if (!net.OpenPly("r")) return;
+  // the polygons as drawn: corners that repeat keep their number
+  TEXPOINTS points;
+  points.Attach(&ctx);
+  TEXTURE polygon;
+  for (std::int64_t k = 1;; ++k) {
+    points.SetCount(0);
+    if (!net.ReadPly(points, polygon, 0)) break;
+    std::vector<TEXPOINT> corners;
+    for (std::int32_t v = 0; v < polygon.count; ++v) corners.push_back(points[polygon.verts[static_cast<std::size_t>(v)].point]);
+    const TEXPOINT& first = corners.front();
+    auto make = [&](Severity s, const char* code, std::string text) {
+      out.push_back(At(Make(s, code, "polygon", k, std::move(text)), first.x, first.z));
+    };
+    std::int32_t last = polygon.count - 1;
+    bool ring = polygon.count > 1 && polygon.verts[0].point == polygon.verts[static_cast<std::size_t>(last)].point;
+    if (ring)
+      make(Severity::kWarning, "closed-ring",
+           "the ring repeats its first corner at its end; -tm moves the repeat by a foot and keeps it as a corner");
+    if (points.count() < polygon.count - (ring ? 1 : 0))
+      make(Severity::kWarning, "repeated-corner",
+           "a corner repeats another; -tm moves the repeat by a foot, which may leave it out as complex");
+    std::size_t n = corners.size() - (ring ? 1 : 0);
+    bool crossed = false;
+    for (std::size_t i = 0; i < n && !crossed; ++i) {
+      for (std::size_t j = i + 2; j < n && !crossed; ++j) {
+        if (i == 0 && j == n - 1) continue;  // neighbours through the closing side
+        const TEXPOINT &a = corners[i], &b = corners[i + 1], &c = corners[j], &d = corners[(j + 1) % n];
+        double x, z;
+        if (Cross(a.x, a.z, b.x, b.z, c.x, c.z, d.x, d.z, &x, &z)) {
+          crossed = true;
+          out.push_back(At(Make(Severity::kError, "self-intersecting", "polygon", k,
+                                "sides " + std::to_string(i) + " and " + std::to_string(j) + " cross"),
+                           x, z));
+        }
+      }
+    }
+  }
+  // the polygons as -tm reads them, with its verdict on each
+  net.RewindPly();
+  std::int32_t lastHash = 0;
+  std::int64_t k = 0;
+  for (ApronFate fate; (fate = NextApron(net, points, polygon, lastHash)) != ApronFate::kEnd;) {
+    ++k;
+    const TEXPOINT first = polygon.count > 0 ? points[polygon.verts[0].point] : TEXPOINT{};
+    auto make = [&](Severity s, const char* code, const char* text) {
+      bool scaled = fate == ApronFate::kMade;
+      out.push_back(At(Make(s, code, "polygon", k, text), scaled ? first.x / 256.0 : first.x,
+                       scaled ? first.z / 256.0 : first.z));
+    };
+    switch (fate) {
+      case ApronFate::kTooFew: make(Severity::kWarning, "short-polygon", "fewer than 3 corners; -tm leaves it out"); break;
+      case ApronFate::kRepeat:
+        make(Severity::kNote, "repeated-polygon", "its hash equals that of the apron made before it; -tm makes it once");
+        break;
+      case ApronFate::kComplex:
+        make(Severity::kWarning, "complex-polygon", "it touches itself or has holes; -tm leaves it out");
+        break;
+      case ApronFate::kMade:
+        if (!ForEachApronTriangle(points, polygon, [](const TEXPOINT&, const TEXPOINT&, const TEXPOINT&) {}))
+          make(Severity::kError, "triangulation-fails", "the triangulation gives no triangle; -tm leaves it out");
+        break;
+      case ApronFate::kEnd: break;
+    }
+  }
+}
+
+void CheckPlyLines(const CheckInput& in, Findings& out) {
+  std::int32_t run = 0;  // POI lines of the polygon under way
+  std::int64_t runStart = 0;
+  for (std::size_t i = 0; i < in.plyLines.size(); ++i) {
+    const std::string& line = in.plyLines[i];
+    auto number = static_cast<std::int64_t>(i + 1);
+    if (line.rfind("EXI", 0) == 0) break;
+    long v[6];
+    if (line.rfind("LGT", 0) == 0) {
+      int got = std::sscanf(line.c_str(), "LGT %ld %ld %ld %ld %ld %ld", &v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
+      if (got != 3 && got != 6)
+        out.push_back(Make(Severity::kWarning, "light-numbers", "line", number,
+                           "a light needs 3 or 6 numbers (kind, x, z[, x2, z2, count]); with " +
+                               std::to_string(got < 0 ? 0 : got) + " -tm passes over it"));
+    } else if (std::sscanf(line.c_str(), "POI %ld %ld", &v[0], &v[1]) == 2) {
+      if (run == 0) runStart = number;
+      if (++run == kPlyCorners) {
+        out.push_back(Make(Severity::kError, "too-many-corners", "line", number,
+                           "the polygon begun on line " + std::to_string(runStart) +
+                               " reaches 255 corners here; -tm ends it and makes a polygon of its own of the rest"));
+        run = 0;
+      }
+    } else if (line.rfind("PLY ", 0) == 0) {
+      if (run == 0)
+        out.push_back(Make(Severity::kError, "empty-polygon", "line", number,
+                           "a PLY line with no corners before it ends -tm's reading of aprons: it makes none "
+                           "of the polygons after it"));
+      run = 0;
+    }
+  }
+  if (run > 0)
+    out.push_back(Make(Severity::kWarning, "open-polygon", "line", runStart,
+                       "corners with no PLY line after them form no polygon"));
+}
+
+Findings CheckAll(const CheckInput& in) {
+  Findings out;
+  CheckFile(in, out);
+  if (in.network.read) {
+    for (auto check : {CheckSizes, CheckDanglingEdges, CheckZeroLengthEdges, CheckClosePoints, CheckDuplicateEdges,
+                       CheckWidths, CheckRange, CheckYellowLines, CheckCrossings, CheckSnaps})
+      check(in, out);
+  }
+  CheckAprons(in, out);
+  CheckPlyLines(in, out);
+  static const std::map<std::string, int> kObjectOrder{{"file", 0}, {"network", 1}, {"point", 2},
+                                                       {"edge", 3}, {"polygon", 4}, {"line", 5}};
+  std::stable_sort(out.begin(), out.end(), [](const Finding& a, const Finding& b) {
+    return std::tuple(static_cast<int>(a.severity), kObjectOrder.at(a.object), a.number) <
+           std::tuple(static_cast<int>(b.severity), kObjectOrder.at(b.object), b.number);
+  });
+  return out;
+}
+
+const char* SeverityName(Severity s) {
+  return s == Severity::kError ? "error" : s == Severity::kWarning ? "warning" : "note";
+}
+
+std::string FormatFinding(const Finding& f) {
+  std::string text = std::string(SeverityName(f.severity)) + " " + f.code + " " + f.object;
+  if (f.number >= 0) text += " " + std::to_string(f.number);
+  if (f.placed) text += " (" + Feet(f.x) + "," + Feet(f.z) + ")";
+  return text + ": " + f.message;
+}
+
+namespace {
+
+struct Options {
+  std::string bgr;
+  bool json = false;
+};
+
+int Check(const Options& o) {
+  CheckInput input;
+  std::string error;
+  if (!LoadCheckInput(o.bgr, input, error)) {
+    std::cerr << "bgrkit check: " << error << "\n";
+    return kFailed;
+  }
+  Findings findings = CheckAll(input);
+  int counts[3] = {0, 0, 0};
+  for (const Finding& f : findings) ++counts[static_cast<int>(f.severity)];
+  if (o.json) {
+    nlohmann::ordered_json doc;
+    doc["file"] = input.path;
+    doc["ply"] = input.plyPath.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(input.plyPath);
+    doc["findings"] = nlohmann::ordered_json::array();
+    for (const Finding& f : findings) {
+      nlohmann::ordered_json j;
+      j["severity"] = SeverityName(f.severity);
+      j["code"] = f.code;
+      j["object"] = f.object;
+      j["number"] = f.number >= 0 ? nlohmann::ordered_json(f.number) : nlohmann::ordered_json();
+      j["location"] = f.placed ? nlohmann::ordered_json{{"x", f.x}, {"z", f.z}} : nlohmann::ordered_json();
+      j["message"] = f.message;
+      doc["findings"].push_back(std::move(j));
+    }
+    doc["summary"] = {{"errors", counts[0]}, {"warnings", counts[1]}, {"notes", counts[2]}};
+    std::cout << doc.dump(2) << "\n";
+  } else {
+    for (const Finding& f : findings) std::cout << FormatFinding(f) << "\n";
+    std::cout << input.path << ": " << counts[0] << " error" << (counts[0] == 1 ? "" : "s") << ", " << counts[1]
+              << " warning" << (counts[1] == 1 ? "" : "s") << ", " << counts[2] << " note"
+              << (counts[2] == 1 ? "" : "s") << "\n";
+  }
+  return counts[0] + counts[1] > 0 ? kFailed : kDone;
+}
+
+}  // namespace
+
+std::function<int()> SetupCheck(CLI::App& command) {
+  auto o = std::make_shared<Options>();
+  command.add_option("network", o->bgr, "the BGR network; its PLY companion beside it is checked too")->required();
+  command.add_flag("--json", o->json, "write the findings as one JSON document");
+  command.footer(
+      "One line a finding: severity code object location: message, sorted by severity, then object.\n"
+      "Notes foresee what -tm repairs; errors and warnings are problems, and make the exit value 1.");
+  return [o] { return Check(*o); };
+}
+
+}  // namespace bgr::kit

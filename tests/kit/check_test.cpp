@@ -1,0 +1,232 @@
+// The checks of bgrkit check, each on a good and a bad network, and the
+// foreseen repairs against what the -tm job then does to the same files.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "formats/network_content.h"
+#include "kit/check.h"
+#include "support/bgr_builder.h"
+#include "support/temp_dir.h"
+#include "support/test_run.h"
+#include "tms/tms_job.h"
+
+namespace bgrtest {
+namespace {
+
+using bgr::kit::CheckInput;
+using bgr::kit::Findings;
+
+struct N {
+  double x, z;
+};
+struct E {
+  std::int32_t from, to, type = 1, width = 50, flags = 15;
+};
+
+CheckInput Net(std::vector<N> nodes, std::vector<E> edges) {
+  CheckInput in;
+  in.network.read = in.network.complete = true;
+  for (N n : nodes) in.network.nodes.push_back({n.x, 0, n.z});
+  for (E e : edges) in.network.edges.push_back({e.from, e.to, e.width, e.type, 0, e.flags});
+  return in;
+}
+
+std::vector<std::string> Codes(const Findings& f) {
+  std::vector<std::string> codes;
+  for (const auto& x : f) codes.push_back(x.code);
+  return codes;
+}
+
+using Check = void (*)(const CheckInput&, Findings&);
+struct Case {
+  const char* name;
+  Check check;
+  CheckInput in;
+  std::vector<std::string> codes;
+};
+
+std::vector<E> Runways(int n) {
+  std::vector<E> edges;
+  for (int i = 0; i < n; ++i) edges.push_back({0, 1, 0});
+  return edges;
+}
+std::vector<E> Yellow(int n, std::int32_t flags) {
+  std::vector<E> edges;
+  for (int i = 0; i < n; ++i) edges.push_back({0, 1, 1, 50, flags});
+  return edges;
+}
+CheckInput Cut(bool read) {
+  CheckInput in = Net({}, {});
+  in.network.read = read;
+  in.network.complete = false;
+  return in;
+}
+CheckInput Ply(std::vector<std::string> lines) {
+  CheckInput in;
+  in.plyLines = std::move(lines);
+  return in;
+}
+std::vector<std::string> Corners(int n) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < n; ++i) lines.push_back("POI " + std::to_string(i) + " " + std::to_string(i * i % 7));
+  return lines;
+}
+std::vector<std::string> With(std::vector<std::string> a, std::vector<std::string> b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+TEST(Check, EachCheckOnGoodAndBadNetworks) {
+  using namespace bgr::kit;
+  const Case cases[] = {
+      {"whole file", CheckFile, Net({}, {}), {}},
+      {"no network", CheckFile, Cut(false), {"not-a-network"}},
+      {"cut file", CheckFile, Cut(true), {"damaged-file"}},
+      {"ends exist", CheckDanglingEdges, Net({{0, 0}, {1, 0}}, {{0, 1}}), {}},
+      {"end beyond", CheckDanglingEdges, Net({{0, 0}, {1, 0}}, {{0, 2}}), {"dangling-edge"}},
+      {"both ends below", CheckDanglingEdges, Net({{0, 0}}, {{-1, -2}}), {"dangling-edge", "dangling-edge"}},
+      {"apart", CheckZeroLengthEdges, Net({{0, 0}, {1, 0}}, {{0, 1}}), {}},
+      {"one point", CheckZeroLengthEdges, Net({{0, 0}}, {{0, 0}}), {"zero-length-edge"}},
+      {"two points at one place", CheckZeroLengthEdges, Net({{3, 4}, {3, 4}}, {{0, 1}}), {"zero-length-edge"}},
+      {"6 ft apart", CheckClosePoints, Net({{0, 0}, {6, 0}, {0, -6}}, {}), {}},
+      {"5 ft apart on each axis", CheckClosePoints, Net({{0, 0}, {5, -5}}, {}), {"close-points"}},
+      {"same place", CheckClosePoints, Net({{7, 7}, {100, 0}, {7, 7}}, {}), {"coincident-points"}},
+      {"fractions cut", CheckClosePoints, Net({{0.9, 0}, {0.1, 0}}, {}), {"coincident-points"}},
+      {"other points", CheckDuplicateEdges, Net({}, {{0, 1}, {1, 2}}), {}},
+      {"drawn twice", CheckDuplicateEdges, Net({}, {{0, 1}, {1, 2}, {1, 0}}), {"duplicate-edge"}},
+      {"25 and 500", CheckWidths, Net({}, {{0, 1, 1, 25}, {0, 1, 1, 500}}), {}},
+      {"24 and 501", CheckWidths, Net({}, {{0, 1, 1, 24}, {0, 1, 1, 501}}), {"width-clamped", "width-clamped"}},
+      {"at the edge of the range", CheckRange, Net({{8388607, -8388607}}, {}), {}},
+      {"beyond it", CheckRange, Net({{8388607.5, 0}, {0, -8388608}}, {}), {"out-of-range", "out-of-range"}},
+      {"32 runways", CheckSizes, Net({}, Runways(32)), {}},
+      {"33 runways", CheckSizes, Net({}, Runways(33)), {"too-many-runways"}},
+      {"flags 0 are all flags", CheckYellowLines, Net({}, Yellow(120, 0)), {}},
+      {"99 yellow lines", CheckYellowLines, Net({}, Yellow(99, 2)), {"yellow-lines-kept"}},
+      {"100 yellow lines", CheckYellowLines, Net({}, Yellow(100, 18)), {"yellow-lines-dropped"}},
+      {"lights of 3 and 6", CheckPlyLines, Ply({"LGT 1 2 3", "LGT 1 2 3 4 5 6", "ORG 1 2", "", "EXI", "LGT 1"}), {}},
+      {"lights of 4 and 1", CheckPlyLines, Ply({"LGT 1 2 3 4", "LGT 1", "LGT x"}),
+       {"light-numbers", "light-numbers", "light-numbers"}},
+      {"254 corners", CheckPlyLines, Ply(With(Corners(254), {"PLY \"a\""})), {}},
+      {"255 corners and the PLY line", CheckPlyLines, Ply(With(Corners(255), {"PLY \"a\""})),
+       {"too-many-corners", "empty-polygon"}},
+      {"open at the end", CheckPlyLines, Ply(With({"PLY \"lone\""}, Corners(3))), {"empty-polygon", "open-polygon"}},
+  };
+  for (const Case& c : cases) {
+    Findings f;
+    c.check(c.in, f);
+    EXPECT_EQ(Codes(f), c.codes) << c.name;
+  }
+}
+
+TEST(Check, FindingsAreSortedAndFormatted) {
+  CheckInput in = Net({{0, 0}, {0, 0}}, {{0, 5}, {0, 1, 1, 10}});
+  Findings f = bgr::kit::CheckAll(in);
+  ASSERT_GE(f.size(), 3u);
+  EXPECT_EQ(bgr::kit::FormatFinding(f[0]), "error dangling-edge edge 0 (0,0): end point 5 does not exist (the network has 2 points)");
+  EXPECT_TRUE(std::is_sorted(f.begin(), f.end(), [](const auto& a, const auto& b) { return a.severity < b.severity; }));
+}
+
+// Writes a network (and PLY) and checks it; then runs the -tm job on the same files.
+struct Rehearsed {
+  Rehearsed(const std::string& bgr, const std::string& ply) {
+    dir.Write("a.BGR", bgr);
+    if (!ply.empty()) dir.Write("a.PLY", ply);
+    std::string error;
+    EXPECT_TRUE(bgr::kit::LoadCheckInput(dir / "a.BGR", in, error)) << error;
+    findings = bgr::kit::CheckAll(in);
+    bgr::TmsJob job(run.ctx);
+    job.Run(dir / "a.BGR");
+    after = bgr::ReadNetworkContent(run.ctx, dir / "a.BGR");
+  }
+  const bgr::kit::Finding* Find(const std::string& code) const {
+    auto it = std::find_if(findings.begin(), findings.end(), [&](const auto& f) { return f.code == code; });
+    return it == findings.end() ? nullptr : &*it;
+  }
+  TempDir dir;
+  TestRun run;
+  CheckInput in;
+  Findings findings;
+  bgr::NetworkContent after;
+};
+
+constexpr std::int32_t kWidth100 = 17096, kWidth150 = 17224;
+
+TEST(Check, ForeseenSnapsAreWhatTheJobDoes) {
+  // a runway; one taxiway end 30 ft past its line, one 200 ft short of it;
+  // a taxiway ending 100 ft short of another, and one 200 ft short
+  BgrBuilder b;
+  b.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 30).Node(1500, 0, -800).Node(1500, 0, -200);
+  b.Node(-3000, 0, -3000).Node(-3000, 0, -1000).Node(-2900, 0, -2000).Node(-2000, 0, -2000);
+  b.Node(-3200, 0, -1500).Node(-4000, 0, -1500);
+  b.Edge(0, 1, kWidth150, 15, 0).Edge(2, 3, kWidth100, 15, 1).Edge(4, 5, kWidth100, 15, 1);
+  b.Edge(6, 7, kWidth100, 15, 1).Edge(8, 9, kWidth100, 15, 1).Edge(10, 11, kWidth100, 15, 1).End();
+  Rehearsed r(b.data, "");
+  ASSERT_EQ(r.after.nodes.size(), r.in.network.nodes.size() + 2);  // the stub ends stay as points
+  std::vector<std::pair<std::int64_t, std::string>> seen;
+  for (const auto& f : r.findings)
+    if (f.object == "point") seen.emplace_back(f.number, f.code);
+  std::sort(seen.begin(), seen.end());
+  EXPECT_EQ(seen, (std::vector<std::pair<std::int64_t, std::string>>{
+                      {3, "snap-to-runway"}, {5, "near-runway"}, {8, "snap-to-taxiway"}, {10, "near-taxiway"}}));
+  // snapped ends moved, near misses stayed
+  EXPECT_EQ(r.after.nodes[3].x, 0);
+  EXPECT_EQ(r.after.nodes[3].z, 0);
+  EXPECT_EQ(r.after.nodes[8].x, -3000);
+  EXPECT_EQ(r.after.nodes[5].z, -200);
+  EXPECT_EQ(r.after.nodes[10].x, -3200);
+  EXPECT_NE(r.Find("snap-to-taxiway")->message.find("edge 3 "), std::string::npos);
+}
+
+// Two long taxiways that cross in their middles, and a chain of 'extra' more.
+std::string Crossing(int extra) {
+  BgrBuilder b;
+  b.Origin(0, 0).Node(-1000, 0, 0).Node(1000, 0, 0).Node(0, 0, -1000).Node(0, 0, 1000);
+  for (int i = 0; i <= extra; ++i) b.Node(5000 + 600 * i, 0, 5000);
+  b.Edge(0, 1, kWidth100, 15, 1).Edge(2, 3, kWidth100, 15, 1);
+  for (int i = 0; i < extra; ++i) b.Edge(4 + i, 5 + i, kWidth100, 15, 1);
+  return b.End().data;
+}
+
+TEST(Check, ForeseenCrossingsAreWhatTheJobDoes) {
+  struct {
+    int extra;
+    const char* says;
+    std::size_t edgesAfter;
+  } cases[] = {{98, "-tm splits both there", 102}, {99, "-tm splits no crossing", 101}};
+  for (const auto& c : cases) {
+    Rehearsed r(Crossing(c.extra), "");
+    const auto* f = r.Find("crossing-taxiways");
+    ASSERT_NE(f, nullptr) << c.extra;
+    EXPECT_EQ(bgr::kit::FormatFinding(*f).substr(0, 56), "warning crossing-taxiways edge 0 (0,0): crosses edge 1 w");
+    EXPECT_NE(f->message.find(c.says), std::string::npos) << f->message;
+    EXPECT_EQ(r.after.edges.size(), c.edgesAfter) << c.extra;
+  }
+}
+
+TEST(Check, ForeseenYellowLinesAndApronsAreWhatTheJobDoes) {
+  BgrBuilder b;
+  b.Origin(0, 0).Node(0, 0, 0).Node(1000, 0, 0);
+  b.Edge(0, 1, kWidth100, 15, 0);
+  for (int i = 0; i < 100; ++i) b.Edge(0, 1, kWidth100, 2, 1);
+  std::string ply = "ORG 0 0\n"
+                    "POI 0 0\nPOI 100 0\nPOI 100 100\nPOI 0 0\nPLY \"ring\"\n"            // closes on its start
+                    "POI 0 500\nPOI 100 600\nPOI 100 500\nPOI 0 600\nPLY \"bow tie\"\n"   // sides cross
+                    "POI 0 900\nPOI 100 900\nPOI 200 900\nPOI 300 900\nPOI 400 900\nPLY \"flat\"\n"  // no area
+                    "LGT 1 2 3 4\n";
+  Rehearsed r(b.End().data, ply);
+  ASSERT_NE(r.Find("yellow-lines-dropped"), nullptr);
+  EXPECT_EQ(r.after.edges.size(), 1u);  // the write-back left every yellow line out
+  std::vector<std::string> polygonCodes;
+  for (const auto& f : r.findings)
+    if (f.object == "polygon") polygonCodes.push_back(std::to_string(f.number) + " " + f.code);
+  std::sort(polygonCodes.begin(), polygonCodes.end());
+  EXPECT_EQ(polygonCodes, (std::vector<std::string>{"1 closed-ring", "2 self-intersecting", "3 triangulation-fails"}));
+  ASSERT_NE(r.Find("light-numbers"), nullptr);
+  std::string out = r.run.console.Take();
+  EXPECT_NE(out.find("WARNING:TaxiwayList::ReadPly() shifting points"), std::string::npos) << out;
+  EXPECT_NE(out.find("GenerateApronPolygons - triangulation failed"), std::string::npos) << out;
+}
+
+}  // namespace
+}  // namespace bgrtest
