@@ -3,7 +3,12 @@
 
 #include <filesystem>
 
+#ifdef BGRKIT_PATH
+#include <nlohmann/json.hpp>
+#endif
+
 #include "support/airport_db.h"
+#include "support/bgr_builder.h"
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
 
@@ -35,6 +40,11 @@ TEST(Kit, UsageExitValues) {
       {{"nosuch"}, 2, ""},
       {{"help", "nosuch"}, 2, "no subcommand 'nosuch'"},
       {{"makedb", "a.csv", "b.dbd", "--colour"}, 2, ""},
+      {{"help"}, 0, "render"},
+      {{"render", "a.bgr"}, 2, "--output"},
+      {{"render", "a.bgr", "-o", "a.svg", "--layers", "pave,roads"}, 2, "roads"},
+      {{"check"}, 2, "required"},
+      {{"check", "--help"}, 0, "--json"},
   };
   for (const Case& c : cases) {
     ToolRun run = Kit(dir, c.args);
@@ -97,6 +107,81 @@ TEST(Kit, MakeDbTakesThePublicAirportTableAndAScriptFindsItsAirports) {
   EXPECT_EQ(script.exitStatus, 1);
   EXPECT_TRUE(dir.Exists("DATA/LMML.BGR"));
   EXPECT_TRUE(dir.Exists("DATA/SEA.BGR"));
+}
+
+// A runway and a taxiway whose end lies 30 ft past the runway's line, and a
+// light line that -tm passes over.
+std::string Network() {
+  BgrBuilder b;
+  b.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 30);
+  return b.Edge(0, 1, 17224, 15, 0).Edge(2, 3, 17096, 15, 1).End().data;
+}
+
+TEST(Kit, CheckPrintsFindingsOrOneJsonDocument) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.bgr", Network());
+  dir.Write("a.PLY", "ORG 0 0\nLGT 1 0 0 5\n");
+  ToolRun run = Kit(dir, {"check", "a.bgr"});
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.out,
+            "warning light-numbers line 2: a light needs 3 or 6 numbers (kind, x, z[, x2, z2, count]); with 4 -tm "
+            "passes over it\n"
+            "note snap-to-runway point 3 (0,30): -tm moves this taxiway end 30 ft on to a runway, to (0,0)\n"
+            "a.bgr: 0 errors, 1 warning, 1 note\n");
+#ifdef BGRKIT_PATH
+  ToolRun json = Kit(dir, {"check", "--json", "a.bgr"});
+  EXPECT_EQ(json.exitStatus, 1);
+  auto doc = nlohmann::json::parse(json.out);
+  EXPECT_EQ(doc["summary"]["warnings"], 1);
+  EXPECT_EQ(doc["findings"][1]["code"], "snap-to-runway");
+  EXPECT_EQ(doc["findings"][1]["location"]["z"], 30.0);
+  EXPECT_TRUE(doc["findings"][0]["location"].is_null());
+#endif
+  dir.Write("a.PLY", "ORG 0 0\n");
+  EXPECT_EQ(Kit(dir, {"check", "a.bgr"}).exitStatus, 0);  // notes alone are no problem
+}
+
+TEST(Kit, DamagedInputsGiveAMessageAndNoPicture) {
+  NEED_BGRKIT();
+  TempDir dir;
+  std::string whole = Network();
+  dir.Write("cut.bgr", whole.substr(0, whole.size() - 20));
+  dir.Write("junk.bgr", "junk");
+  dir.Write("old.svg", "old");
+  struct {
+    std::vector<std::string> args;
+    const char* says;
+  } cases[] = {
+      {{"render", "cut.bgr", "-o", "old.svg"}, "bgrkit render: 'cut.bgr' is damaged: its records stop at byte"},
+      {{"render", "junk.bgr", "-o", "old.svg"}, "bgrkit render: 'junk.bgr' is no BGR network"},
+      {{"render", "none.bgr", "-o", "old.svg"}, "bgrkit render: cannot read 'none.bgr'"},
+      {{"check", "cut.bgr"}, "error damaged-file file: the records stop at byte"},
+      {{"check", "junk.bgr"}, "error not-a-network file"},
+  };
+  for (const auto& c : cases) {
+    ToolRun run = Kit(dir, c.args);
+    EXPECT_EQ(run.exitStatus, 1) << c.args[1];
+    EXPECT_NE((run.err + run.out).find(c.says), std::string::npos) << run.err << run.out;
+  }
+  EXPECT_EQ(dir.Read("old.svg"), "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 3);  // no part file left
+}
+
+TEST(Kit, RenderWritesSvgAndPng) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.bgr", Network());
+  ASSERT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}).exitStatus, 1);
+  ToolRun svg = Kit(dir, {"render", "a.TMS", "-o", "a.svg", "--labels"});
+  ASSERT_EQ(svg.exitStatus, 0) << svg.err;
+  std::string text = dir.Read("a.svg");
+  EXPECT_EQ(text.rfind("<?xml", 0), 0u);
+  EXPECT_NE(text.find("a.BGR, a.TMS"), std::string::npos);  // a TMS brings its network along
+  ToolRun png = Kit(dir, {"render", "a.bgr", "-o", "a.PNG", "--width", "300"});
+  if (png.exitStatus == 1 && png.err.find("librsvg2-2") != std::string::npos) GTEST_SKIP() << png.err;
+  ASSERT_EQ(png.exitStatus, 0) << png.err;
+  EXPECT_EQ(dir.Read("a.PNG").substr(0, 8), "\x89PNG\r\n\x1a\n");
 }
 
 }  // namespace
