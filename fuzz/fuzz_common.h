@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <string>
 
+#include "formats/bgr_file.h"
 #include "frame/output.h"
 #include "frame/run_context.h"
 
@@ -37,6 +38,39 @@ inline std::string WriteInput(const char* name, const std::uint8_t* data, std::s
     std::fclose(f);
   }
   return path;
+}
+
+struct Reader {
+  const std::uint8_t* data;
+  std::size_t size;
+  std::size_t at = 0;
+  int Byte() { return at < size ? data[at++] : 0; }
+  int Short() {
+    int low = Byte();
+    return static_cast<std::int16_t>(static_cast<std::uint16_t>(low | Byte() << 8));
+  }
+};
+
+// A small network described compactly by the bytes, so that the fuzzer reaches
+// the passes rather than the file reader (which has a target of its own).
+inline void WriteCompactNetwork(Run& run, Reader& in, const std::string& path) {
+  int head = in.Byte();
+  // feet per step of a coordinate: from a fine grid to points far beyond 32-bit working units
+  double scale = (head & 3) == 3 ? 65536.0 : (head & 3) == 2 ? 64.0 : (head & 3) == 1 ? 8.0 : 1.0;
+  int points = in.Byte() % 48, edges = in.Byte() % 64;
+  bgr::BgrFile file;
+  file.OpenWrite(run.ctx, path);
+  file.WriteOrigin({in.Short() / 100.0, in.Short() / 100.0, 0});
+  for (int i = 0; i < points; ++i) {
+    double x = in.Short() * scale, z = in.Short() * scale;
+    file.WriteNode({x, 0, z});
+  }
+  for (int i = 0; i < edges; ++i) {
+    int from = in.Byte() - 2, to = in.Byte() - 2;  // some name no point at all
+    int width = in.Byte() * 4, type = in.Byte() % 3, flags = in.Byte() & 31;
+    file.WriteEdge({from, to, width, type == 2 ? 7 : type, 0, flags});
+  }
+  (void)file.Close();
 }
 
 }  // namespace bgrfuzz

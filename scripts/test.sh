@@ -11,6 +11,7 @@ need_packages gtest benchmark valgrind kit windows clang
 jobs=$(nproc)
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 export ASAN_OPTIONS=detect_leaks=1
+export LSAN_OPTIONS=suppressions=$(pwd)/tests/lsan.supp
 
 cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DBGRTOOL_TESTS=ON -DBGRTOOL_BENCH=ON -DBGRTOOL_WERROR=ON >/dev/null
 cmake --build build -j "$jobs"

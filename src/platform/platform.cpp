@@ -421,17 +421,13 @@ std::int64_t NowMs() {
 
 #if defined(_WIN32)
 SharedLibrary::SharedLibrary(const char* name) : handle_(reinterpret_cast<void*>(LoadLibraryA(name))) {}
-SharedLibrary::~SharedLibrary() {
-  if (handle_) FreeLibrary(reinterpret_cast<HMODULE>(handle_));
-}
+SharedLibrary::~SharedLibrary() = default;
 void* SharedLibrary::Symbol(const char* name) const {
   return handle_ ? reinterpret_cast<void*>(GetProcAddress(reinterpret_cast<HMODULE>(handle_), name)) : nullptr;
 }
 #else
 SharedLibrary::SharedLibrary(const char* name) : handle_(dlopen(name, RTLD_NOW | RTLD_LOCAL)) {}
-SharedLibrary::~SharedLibrary() {
-  if (handle_) dlclose(handle_);
-}
+SharedLibrary::~SharedLibrary() = default;
 // dlsym on a handle also searches the libraries that this one brought along
 void* SharedLibrary::Symbol(const char* name) const { return handle_ ? dlsym(handle_, name) : nullptr; }
 #endif

@@ -96,7 +96,9 @@ inline void PutByte(int c, std::FILE* f) {
 }
 
 // A shared library looked for at run time, for a feature that works without
-// it; empty when the system has no library of that name.
+// it; empty when the system has no library of that name. It stays loaded to
+// the end of the process: libraries with type registries of their own (GLib's)
+// can't be unloaded safely.
 class SharedLibrary {
  public:
   explicit SharedLibrary(const char* name);

@@ -1,0 +1,49 @@
+// bgrkit's check and render on hostile files. The first byte chooses what the
+// rest is: a compact network with its PLY text (as the -tm target reads it),
+// raw BGR bytes, or raw TMS bytes beside a small network.
+#include <algorithm>
+
+#include "fuzz_common.h"
+#include "kit/check.h"
+#include "kit/render.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  bgrfuzz::Run run;
+  std::string bgr = bgrfuzz::WorkDir() + "/kit.bgr";
+  std::string tms = bgrfuzz::WorkDir() + "/kit.TMS";
+  std::string ply = bgrfuzz::WorkDir() + "/kit.PLY";
+  std::remove(tms.c_str());
+  std::remove(ply.c_str());
+  bgrfuzz::Reader in{data + 1, size - 1};
+  switch (data[0] % 3) {
+    case 0: {
+      bgrfuzz::WriteCompactNetwork(run, in, bgr);
+      std::size_t rest = std::min(in.at, in.size);
+      bgrfuzz::WriteInput("kit.PLY", in.data + rest, in.size - rest);
+      break;
+    }
+    case 1:
+      bgrfuzz::WriteInput("kit.bgr", in.data, in.size);
+      break;
+    default: {
+      bgrfuzz::WriteCompactNetwork(run, in, bgr);
+      std::size_t rest = std::min(in.at, in.size);
+      bgrfuzz::WriteInput("kit.TMS", in.data + rest, in.size - rest);
+      break;
+    }
+  }
+  bgr::kit::CheckInput input;
+  std::string error;
+  if (bgr::kit::LoadCheckInput(bgr, input, error)) {
+    bgr::kit::Findings findings = bgr::kit::CheckAll(input);
+    for (const auto& f : findings) (void)bgr::kit::FormatFinding(f);
+  }
+  bgr::kit::Scene scene;
+  if (bgr::kit::LoadScene(data[0] % 3 == 2 ? tms : bgr, scene, error)) {
+    bgr::kit::RenderOptions options;
+    options.labels = true;
+    (void)bgr::kit::DrawSvg(scene, options);
+  }
+  return 0;
+}
