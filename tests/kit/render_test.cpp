@@ -5,6 +5,8 @@
 #include <libxml/tree.h>
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -56,6 +58,11 @@ std::vector<std::pair<double, double>> Points(const std::string& text) {
 }
 
 // A generated airport with aprons and lights, run through -tm in a folder.
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
 struct Rendered {
   explicit Rendered(std::int32_t edges) {
     AirportSize size;
@@ -64,8 +71,13 @@ struct Rendered {
     size.aprons = 10;
     size.lights = 50;
     Airport made = AirportGenerator(size).Make();
-    dir.Write("A.BGR", made.bgr);
-    dir.Write("A.PLY", made.ply);
+    Run(made.bgr, made.ply);
+  }
+  // the example airport that ships with the program
+  Rendered() { Run(ReadAll(EXAMPLES_DIR "/LMML.BGR"), ReadAll(EXAMPLES_DIR "/LMML.PLY")); }
+  void Run(const std::string& bgr, const std::string& ply) {
+    dir.Write("A.BGR", bgr);
+    dir.Write("A.PLY", ply);
     bgr::TmsJob job(run.ctx);
     job.Run(dir / "A.BGR");
     std::string error;
@@ -76,8 +88,14 @@ struct Rendered {
   bgr::kit::Scene scene;
 };
 
+void ExpectDrawnAsRead(const Rendered& a);
+
 TEST(Render, EveryTilePolygonAndPointLiesWhereTheFilesSay) {
-  Rendered a(300);
+  ExpectDrawnAsRead(Rendered(300));
+  ExpectDrawnAsRead(Rendered());
+}
+
+void ExpectDrawnAsRead(const Rendered& a) {
   ASSERT_TRUE(a.scene.tms.complete);
   ASSERT_FALSE(a.scene.aprons.empty());
   bgr::kit::RenderOptions options;
