@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -17,21 +16,17 @@
 #include "frame/int32_math.h"
 #include "frame/text.h"
 #include "kit/kit.h"
-#include "platform/platform.h"
 #include "tms/apron.h"
 #include "tms/repair_passes.h"
+#include "script/script_network.h"
 #include "tms/tms_job.h"
 
 namespace bgr::kit {
 namespace {
 
-constexpr std::int32_t kMergeFeet = 5;            // a script joins points this close on each axis
 constexpr double kWorkingRangeFeet = 8388607.0;   // beyond it, 256 units to the foot overflow 32 bits
 constexpr std::int32_t kLeastWidth = 25, kMostWidth = 500;
-constexpr double kSnapReach = 38400.0;            // 150 ft: how far the repair passes move an end
 constexpr double kNearMiss = 76800.0;             // 300 ft: an end this close was likely meant to touch
-constexpr double kTaxiwayClearance = 25600.0;     // 100 ft from the ends of the taxiway snapped on to
-constexpr std::int32_t kCrossingTaxiways = 100;   // above this many taxiways no crossing is split
 constexpr std::int32_t kPlyCorners = 255;
 
 std::string Feet(double v) {
@@ -89,50 +84,92 @@ bool Cross(double ax, double az, double bx, double bz, double cx, double cz, dou
   return true;
 }
 
-// A run of -tm's passes on the network in memory, with its output kept away.
-struct Rehearsal {
-  explicit Rehearsal(const std::string& path) {
-    ctx.KeepReportOnConsole();
-    job.Load(path);
-    job.PrepareNetwork();
-  }
-  OutputSink console, diagnostics;
-  RunContext ctx{console, diagnostics};
-  TmsJob job{ctx};
-};
+Place InFeet(const TEXPOINT& p) { return {p.x / 256.0, p.z / 256.0}; }
 
-struct Moved {
-  std::int32_t point;
-  TEXPOINT from, to;
-};
-
-std::vector<Moved> MovedPoints(const std::vector<TEXPOINT>& before, const TEXPOINTS& after) {
-  std::vector<Moved> moved;
+// The points that moved since 'before', as moves in feet.
+void MovedPoints(const std::vector<TEXPOINT>& before, const TEXPOINTS& after, std::vector<Foreseen::Move>& moves) {
   for (std::size_t i = 0; i < before.size(); ++i) {
     const TEXPOINT& now = after[static_cast<std::int32_t>(i)];
-    if (now.x != before[i].x || now.z != before[i].z) moved.push_back({static_cast<std::int32_t>(i), before[i], now});
+    if (now.x != before[i].x || now.z != before[i].z) moves.push_back({static_cast<std::int32_t>(i), InFeet(before[i]), InFeet(now)});
   }
-  return moved;
 }
 
 std::vector<TEXPOINT> Snapshot(const TEXPOINTS& points) { return {points.points().begin(), points.points().end()}; }
 
-double Distance(const TEXPOINT& a, const TEXPOINT& b) { return PointDistance(a.x, a.z, b.x, b.z); }
-
-// The first taxiway that ends at q, and its far end, as the repair passes find it.
-std::int32_t TaxiwayAt(TmsJob& job, std::int32_t q, std::int32_t* far) {
-  for (std::int32_t i = 0; i < job.EdgeCount(); ++i) {
-    const TaxiwayEdge& e = job.Edge(i);
-    if (e.type != kTaxiway) continue;
-    if (e.start == q) *far = e.end;
-    else if (e.end == q) *far = e.start;
-    else continue;
-    return i;
+// Ends that no runway pass moved but that lie just beyond a runway's reach.
+void NearRunways(TmsJob& job, const std::vector<TEXPOINT>& start, Foreseen& f) {
+  for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
+    const TEXPOINT& p = job.network.points[q];
+    if (job.Mark(q) != 1 || p.x != start[static_cast<std::size_t>(q)].x || p.z != start[static_cast<std::size_t>(q)].z)
+      continue;
+    for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
+      double d = job.runwayList.At(s)->line.SegmentDistance(p.x, p.z);
+      if (d <= kSnapReach || d > kNearMiss) continue;
+      f.nearRunway.push_back({q, InFeet(p), d / 256.0, job.runwayList.At(s)->edge});
+      break;
+    }
   }
-  return -1;
+}
+
+// Free taxiway ends whose taxiway's line meets another taxiway just beyond the
+// reach of the snap on to taxiways, by that pass's own geometry.
+void NearTaxiways(TmsJob& job, Foreseen& f) {
+  std::vector<char> reported(static_cast<std::size_t>(job.network.points.count()), 0);
+  for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
+    const TaxiwayEdge& ea = job.Edge(a);
+    if (ea.type != kTaxiway || (job.Mark(ea.start) != 1 && job.Mark(ea.end) != 1)) continue;
+    PlaneLine la;
+    la.SetFromPoints(job.Point(ea.start), job.Point(ea.end));
+    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) {
+      const TaxiwayEdge& eb = job.Edge(b);
+      if (b == a || eb.type != kTaxiway) continue;
+      TEXPOINT b0 = job.Point(eb.start), b1 = job.Point(eb.end);
+      PlaneLine lb;
+      lb.SetFromPoints(b0, b1);
+      double x, z;
+      if (!la.Intersect(lb, &x, &z, 0) || !WithinEdge(x, z, lb, b0, b1, kTaxiwaySnapClearance)) continue;
+      for (std::int32_t q : {ea.start, ea.end}) {
+        if (job.Mark(q) != 1 || q < 0 || q >= job.network.points.count() || reported[static_cast<std::size_t>(q)]) continue;
+        double d = PointDistance(x, z, job.Point(q).x, job.Point(q).z);
+        if (d <= kSnapReach || d > kNearMiss) continue;
+        reported[static_cast<std::size_t>(q)] = 1;
+        f.nearTaxiway.push_back({q, InFeet(job.Point(q)), d / 256.0, static_cast<std::uint32_t>(b)});
+      }
+    }
+  }
 }
 
 }  // namespace
+
+Foreseen ForeseeRepairs(const std::string& path) {
+  OutputSink console, diagnostics;
+  RunContext ctx{console, diagnostics};
+  ctx.KeepReportOnConsole();
+  auto job = std::make_unique<TmsJob>(ctx);
+  Foreseen f;
+  if (job->Load(path) == 0) return f;
+  f.ran = true;
+  job->PrepareNetwork();
+  std::vector<TEXPOINT> start = Snapshot(job->network.points);
+  SnapEndPointsToRunways(*job);
+  MovedPoints(start, job->network.points, f.toRunway);
+  NearRunways(*job, start, f);
+  MakeRunwayExitStubs(*job);
+  for (std::int32_t i = 0; i < job->EdgeCount(); ++i) f.taxiways += job->Edge(i).type == kTaxiway;
+  std::int32_t made = job->network.points.count();
+  MakeTaxiwayTaxiwayIntersections(*job);
+  for (std::int32_t p = made; p < job->network.points.count(); ++p) f.splits.push_back(InFeet(job->network.points[p]));
+  std::vector<TEXPOINT> beforeTaxiways = Snapshot(job->network.points);
+  std::vector<TaxiwayEdge> edges(job->network.edges.begin(), job->network.edges.begin() + job->EdgeCount());
+  SnapEndPointsToTaxiways(*job);
+  MovedPoints(beforeTaxiways, job->network.points, f.toTaxiway);
+  // the taxiway split at a moved end is the one whose end became that point
+  for (Foreseen::Move& m : f.toTaxiway)
+    for (std::size_t i = 0; i < edges.size(); ++i)
+      if (edges[i].end != m.point && job->Edge(static_cast<std::int32_t>(i)).end == m.point) m.onto = static_cast<std::int32_t>(i);
+  NearTaxiways(*job, f);
+  return f;
+}
 
 bool LoadCheckInput(const std::string& path, CheckInput& input, std::string& error) {
   KitRun run;
@@ -144,14 +181,9 @@ bool LoadCheckInput(const std::string& path, CheckInput& input, std::string& err
   input.network = ReadNetworkContent(run.ctx, path);
   std::string ply = path;
   SetExtension(ply, "PLY");
-  if (FileExists(run.ctx, ply)) {
-    input.plyPath = ply;
-    std::ifstream text(platform::NativePath(ply), std::ios::binary);
-    for (std::string line; std::getline(text, line);) {
-      if (!line.empty() && line.back() == '\r') line.pop_back();
-      input.plyLines.push_back(std::move(line));
-    }
-  }
+  input.ply = ReadPlyContent(ply);
+  if (input.ply.read) input.plyPath = ply;
+  if (input.network.read) input.foreseen = ForeseeRepairs(path);
   return true;
 }
 
@@ -314,136 +346,65 @@ void CheckCrossings(const CheckInput& in, Findings& out) {
         crossings.push_back({std::min(s.edge, t.edge), std::max(s.edge, t.edge), x, z});
     }
   }
-  if (crossings.empty()) return;
-  // what -tm makes of them: its own pass, on a copy
-  Rehearsal r(in.path);
-  std::int32_t taxiways = 0;
-  for (std::int32_t i = 0; i < r.job.EdgeCount(); ++i) taxiways += r.job.Edge(i).type == kTaxiway;
-  std::int32_t before = r.job.network.points.count();
-  MakeTaxiwayTaxiwayIntersections(r.job);
-  std::vector<TEXPOINT> made;
-  for (std::int32_t p = before; p < r.job.network.points.count(); ++p) made.push_back(r.job.network.points[p]);
+  const Foreseen& f = in.foreseen;
   for (const Crossing& c : crossings) {
-    std::string what = "crosses edge " + std::to_string(c.b) + " with no shared point; ";
-    if (taxiways > kCrossingTaxiways) {
-      what += "-tm splits no crossing in a network of more than 100 taxiways (this one has " +
-              std::to_string(taxiways) + ")";
-    } else {
-      bool split = std::any_of(made.begin(), made.end(), [&](const TEXPOINT& p) {
-        return std::fabs(p.x / 256.0 - c.x) <= 1.0 && std::fabs(p.z / 256.0 - c.z) <= 1.0;
+    std::string what = "crosses edge " + std::to_string(c.b) + " with no shared point";
+    if (f.ran && f.taxiways > kMostIntersectedTaxiways) {
+      what += "; -tm splits no crossing in a network of more than 100 taxiways (this one has " +
+              std::to_string(f.taxiways) + ")";
+    } else if (f.ran) {
+      bool split = std::any_of(f.splits.begin(), f.splits.end(), [&](const Place& p) {
+        return std::fabs(p.x - c.x) <= 1.0 && std::fabs(p.z - c.z) <= 1.0;
       });
-      what += split ? "-tm splits both there" : "-tm leaves it, the crossing lies within 200 ft of an end";
+      what += split ? "; -tm splits both there" : "; -tm leaves it, the crossing lies within 200 ft of an end";
     }
     out.push_back(At(Make(Severity::kWarning, "crossing-taxiways", "edge", static_cast<std::int64_t>(c.a), what), c.x, c.z));
   }
 }
 
 void CheckSnaps(const CheckInput& in, Findings& out) {
-  if (!in.network.read) return;
-  Rehearsal r(in.path);
-  TmsJob& job = r.job;
-  std::vector<TEXPOINT> start = Snapshot(job.network.points);
-  // near misses of the runways: ends that the runway snap leaves where they are
-  std::vector<std::int32_t> ends;
-  for (std::int32_t q = 0; q < job.network.points.count(); ++q)
-    if (job.Mark(q) == 1) ends.push_back(q);
-  SnapEndPointsToRunways(job);
-  std::vector<Moved> toRunway = MovedPoints(start, job.network.points);
-  for (const Moved& m : toRunway)
+  const Foreseen& f = in.foreseen;
+  auto moved = [](const Foreseen::Move& m) {
+    return "-tm moves this taxiway end " + Feet(PointDistance(m.from.x, m.from.z, m.to.x, m.to.z)) + " ft";
+  };
+  for (const Foreseen::Move& m : f.toRunway)
     out.push_back(At(Make(Severity::kNote, "snap-to-runway", "point", m.point,
-                          "-tm moves this taxiway end " + Feet(Distance(m.from, m.to) / 256.0) +
-                              " ft on to a runway, to (" + Feet(m.to.x / 256.0) + "," + Feet(m.to.z / 256.0) + ")"),
-                     m.from.x / 256.0, m.from.z / 256.0));
-  for (std::int32_t q : ends) {
-    const TEXPOINT& p = job.network.points[q];
-    if (p.x != start[static_cast<std::size_t>(q)].x || p.z != start[static_cast<std::size_t>(q)].z) continue;
-    for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
-      double d = job.runwayList.At(s)->line.SegmentDistance(p.x, p.z);
-      if (d <= kSnapReach || d > kNearMiss) continue;
-      out.push_back(At(Make(Severity::kWarning, "near-runway", "point", q,
-                            "this taxiway end lies " + Feet(d / 256.0) + " ft from runway edge " +
-                                std::to_string(job.runwayList.At(s)->edge) +
-                                ", beyond the 150 ft within which -tm snaps it"),
-                       p.x / 256.0, p.z / 256.0));
-      break;
-    }
-  }
-  MakeRunwayExitStubs(job);
-  MakeTaxiwayTaxiwayIntersections(job);
-  std::vector<TEXPOINT> beforeTaxiways = Snapshot(job.network.points);
-  std::vector<TaxiwayEdge> edgesBefore(job.network.edges.begin(), job.network.edges.begin() + job.EdgeCount());
-  SnapEndPointsToTaxiways(job);
-  for (const Moved& m : MovedPoints(beforeTaxiways, job.network.points)) {
-    std::string onto;
-    for (std::size_t i = 0; i < edgesBefore.size(); ++i)
-      if (edgesBefore[i].end != m.point && job.Edge(static_cast<std::int32_t>(i)).end == m.point) onto = std::to_string(i);
+                          moved(m) + " on to a runway, to (" + Feet(m.to.x) + "," + Feet(m.to.z) + ")"),
+                     m.from.x, m.from.z));
+  for (const Foreseen::Move& m : f.toTaxiway)
     out.push_back(At(Make(Severity::kNote, "snap-to-taxiway", "point", m.point,
-                          "-tm moves this taxiway end " + Feet(Distance(m.from, m.to) / 256.0) +
-                              " ft on to taxiway edge " + onto + " and splits that there"),
-                     m.from.x / 256.0, m.from.z / 256.0));
-  }
-  // near misses of the taxiways: free ends whose line meets another taxiway a little too far off
-  for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
-    if (job.Mark(q) != 1) continue;
-    std::int32_t far = -1;
-    std::int32_t a = TaxiwayAt(job, q, &far);
-    if (a < 0) continue;
-    PlaneLine own;
-    own.SetFromPoints(job.Point(q), job.Point(far));
-    const TEXPOINT& p = job.network.points[q];
-    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) {
-      const TaxiwayEdge& e = job.Edge(b);
-      if (b == a || e.type != kTaxiway || e.start == q || e.end == q) continue;
-      PlaneLine other;
-      other.SetFromPoints(job.Point(e.start), job.Point(e.end));
-      double x, z;
-      if (!own.Intersect(other, &x, &z, 0.0)) continue;
-      double toStart = PointDistance(x, z, job.Point(e.start).x, job.Point(e.start).z);
-      double toEnd = PointDistance(x, z, job.Point(e.end).x, job.Point(e.end).z);
-      if (toStart < kTaxiwayClearance || toStart > other.length - kTaxiwayClearance || toEnd < kTaxiwayClearance ||
-          toEnd > other.length - kTaxiwayClearance)
-        continue;
-      double d = PointDistance(x, z, p.x, p.z);
-      if (d <= kSnapReach || d > kNearMiss) continue;
-      out.push_back(At(Make(Severity::kWarning, "near-taxiway", "point", q,
-                            "this taxiway end lies " + Feet(d / 256.0) + " ft from taxiway edge " + std::to_string(b) +
-                                ", beyond the 150 ft within which -tm snaps it"),
-                       p.x / 256.0, p.z / 256.0));
-      break;
-    }
+                          moved(m) + " on to taxiway edge " + std::to_string(m.onto) + " and splits that there"),
+                     m.from.x, m.from.z));
+  for (const auto* list : {&f.nearRunway, &f.nearTaxiway}) {
+    bool runway = list == &f.nearRunway;
+    for (const Foreseen::NearMiss& n : *list)
+      out.push_back(At(Make(Severity::kWarning, runway ? "near-runway" : "near-taxiway", "point", n.point,
+                            "this taxiway end lies " + Feet(n.feet) + " ft from " + (runway ? "runway" : "taxiway") +
+                                " edge " + std::to_string(n.edge) + ", beyond the 150 ft within which -tm snaps it"),
+                       n.at.x, n.at.z));
   }
 }
 
 void CheckAprons(const CheckInput& in, Findings& out) {
   if (in.plyPath.empty()) return;
-  OutputSink console, diagnostics;
-  RunContext ctx{console, diagnostics};
-  ctx.KeepReportOnConsole();
-  TaxiwayList net(ctx);
-  net.plyName = in.plyPath;
-  if (!net.OpenPly("r")) return;
-  // the polygons as drawn: corners that repeat keep their number
-  TEXPOINTS points;
-  points.Attach(&ctx);
-  TEXTURE polygon;
-  for (std::int64_t k = 1;; ++k) {
-    points.SetCount(0);
-    if (!net.ReadPly(points, polygon, 0)) break;
-    std::vector<TEXPOINT> corners;
-    for (std::int32_t v = 0; v < polygon.count; ++v) corners.push_back(points[polygon.verts[static_cast<std::size_t>(v)].point]);
+  // the polygons as drawn
+  std::int64_t k = 0;
+  for (const std::vector<TEXPOINT>& corners : in.ply.polygons) {
+    ++k;
     const TEXPOINT& first = corners.front();
     auto make = [&](Severity s, const char* code, std::string text) {
       out.push_back(At(Make(s, code, "polygon", k, std::move(text)), first.x, first.z));
     };
-    std::int32_t last = polygon.count - 1;
-    bool ring = polygon.count > 1 && polygon.verts[0].point == polygon.verts[static_cast<std::size_t>(last)].point;
+    bool ring = corners.size() > 1 && corners.back().Equals(first.x, first.y, first.z);
+    std::size_t n = corners.size() - (ring ? 1 : 0);
     if (ring)
       make(Severity::kWarning, "closed-ring",
            "the ring repeats its first corner at its end; -tm moves the repeat by a foot and keeps it as a corner");
-    if (points.count() < polygon.count - (ring ? 1 : 0))
+    std::set<std::pair<std::int32_t, std::int32_t>> distinct;
+    for (std::size_t i = 0; i < n; ++i) distinct.emplace(corners[i].x, corners[i].z);
+    if (distinct.size() < n)
       make(Severity::kWarning, "repeated-corner",
            "a corner repeats another; -tm moves the repeat by a foot, which may leave it out as complex");
-    std::size_t n = corners.size() - (ring ? 1 : 0);
     bool crossed = false;
     for (std::size_t i = 0; i < n && !crossed; ++i) {
       for (std::size_t j = i + 2; j < n && !crossed; ++j) {
@@ -459,10 +420,18 @@ void CheckAprons(const CheckInput& in, Findings& out) {
       }
     }
   }
+  OutputSink console, diagnostics;
+  RunContext ctx{console, diagnostics};
+  ctx.KeepReportOnConsole();
+  TaxiwayList net(ctx);
+  net.plyName = in.plyPath;
+  if (!net.OpenPly("r")) return;
+  TEXPOINTS points;
+  points.Attach(&ctx);
+  TEXTURE polygon;
   // the polygons as -tm reads them, with its verdict on each
-  net.RewindPly();
   std::int32_t lastHash = 0;
-  std::int64_t k = 0;
+  k = 0;
   for (ApronFate fate; (fate = NextApron(net, points, polygon, lastHash)) != ApronFate::kEnd;) {
     ++k;
     const TEXPOINT first = polygon.count > 0 ? points[polygon.verts[0].point] : TEXPOINT{};
@@ -491,8 +460,8 @@ void CheckAprons(const CheckInput& in, Findings& out) {
 void CheckPlyLines(const CheckInput& in, Findings& out) {
   std::int32_t run = 0;  // POI lines of the polygon under way
   std::int64_t runStart = 0;
-  for (std::size_t i = 0; i < in.plyLines.size(); ++i) {
-    const std::string& line = in.plyLines[i];
+  for (std::size_t i = 0; i < in.ply.lines.size(); ++i) {
+    const std::string& line = in.ply.lines[i];
     auto number = static_cast<std::int64_t>(i + 1);
     if (line.rfind("EXI", 0) == 0) break;
     long v[6];

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "formats/network_content.h"
+#include "formats/ply_content.h"
 
 namespace bgr::kit {
 
@@ -24,14 +25,44 @@ struct Finding {
 };
 using Findings = std::vector<Finding>;
 
-struct CheckInput {
-  std::string path;             // the BGR file
-  NetworkContent network;       // as the file holds it
-  std::string plyPath;          // empty when there is no PLY companion
-  std::vector<std::string> plyLines;
+// A place in feet.
+struct Place {
+  double x = 0, z = 0;
 };
 
-// Reads the network and its PLY companion; false when the BGR can't be opened.
+// What -tm's repair passes, run in their order on a copy, do to the network.
+struct Foreseen {
+  struct Move {
+    std::int32_t point;
+    Place from, to;
+    std::int32_t onto = -1;  // the taxiway split there, for a snap on to a taxiway
+  };
+  struct NearMiss {
+    std::int32_t point;
+    Place at;
+    double feet;  // how far the snap would have to move it
+    std::uint32_t edge;
+  };
+  bool ran = false;
+  std::int32_t taxiways = 0;  // taxiways that the crossing pass counted
+  std::vector<Place> splits;  // points that the crossing pass made
+  std::vector<Move> toRunway, toTaxiway;
+  std::vector<NearMiss> nearRunway, nearTaxiway;  // ends 150 to 300 ft off, which no pass moves
+};
+
+struct CheckInput {
+  std::string path;        // the BGR file
+  NetworkContent network;  // as the file holds it
+  std::string plyPath;     // empty when there is no PLY companion
+  PlyContent ply;
+  Foreseen foreseen;
+};
+
+// Runs -tm's repair passes on the network of 'path' in memory.
+Foreseen ForeseeRepairs(const std::string& path);
+
+// Reads the network and its PLY companion and foresees the repairs; false
+// when the BGR can't be opened.
 bool LoadCheckInput(const std::string& path, CheckInput& input, std::string& error);
 
 void CheckFile(const CheckInput& in, Findings& out);            // damaged or cut files

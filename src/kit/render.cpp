@@ -10,7 +10,6 @@
 #include <memory>
 #include <sstream>
 
-#include "formats/taxiway_list.h"
 #include "frame/file_access.h"
 #include "frame/text.h"
 #include "kit/kit.h"
@@ -91,29 +90,6 @@ double ScaleBarFeet(double span) {
   return power;
 }
 
-void ReadPly(const std::string& path, Scene& scene) {
-  OutputSink console, diagnostics;
-  RunContext ctx{console, diagnostics};
-  ctx.KeepReportOnConsole();
-  TaxiwayList net(ctx);
-  net.plyName = path;
-  if (!net.OpenPly("r")) return;
-  TEXPOINTS points;
-  points.Attach(&ctx);
-  TEXTURE polygon;
-  for (;;) {
-    points.SetCount(0);
-    if (!net.ReadPly(points, polygon, 0)) break;
-    std::vector<TEXPOINT> corners;
-    for (std::int32_t v = 0; v < polygon.count; ++v) corners.push_back(points[polygon.verts[static_cast<std::size_t>(v)].point]);
-    scene.aprons.push_back(std::move(corners));
-  }
-  net.RewindPly();
-  PlyLight l{};
-  std::int32_t count = 0;
-  while (net.ReadLgt(&l.kind, &l.x1, &l.z1, &l.x2, &l.z2, &count)) scene.lights.push_back(l);
-}
-
 class SvgWriter {
  public:
   SvgWriter(const Scene& scene, const RenderOptions& options) : s_(scene), o_(options) {}
@@ -143,9 +119,9 @@ Box SvgWriter::Bounds() const {
     box.Add(0, 0);
   }
   if (On("ply")) {
-    for (const auto& a : s_.aprons)
+    for (const auto& a : s_.ply.polygons)
       for (const TEXPOINT& p : a) box.Add(p.x, p.z);
-    for (const PlyLight& l : s_.lights) {
+    for (const PlyLight& l : s_.ply.lights) {
       box.Add(l.x1, l.z1);
       box.Add(l.x2, l.z2);
     }
@@ -217,13 +193,13 @@ void SvgWriter::Grid() {
 void SvgWriter::Ply() {
   if (!On("ply") || s_.plyPath.empty()) return;
   out_ << "<g id=\"ply\">\n";
-  for (const auto& apron : s_.aprons) {
+  for (const auto& apron : s_.ply.polygons) {
     out_ << "<polygon fill=\"" << kApron.colour << "\" fill-opacity=\"0.6\" stroke=\"#7a6f5a\" stroke-width=\""
          << Num(font_ / 8) << "\" points=\"";
     for (std::size_t i = 0; i < apron.size(); ++i) out_ << (i ? " " : "") << Pt(apron[i].x, apron[i].z);
     out_ << "\"/>\n";
   }
-  for (const PlyLight& l : s_.lights) {
+  for (const PlyLight& l : s_.ply.lights) {
     out_ << "<polyline data-kind=\"" << l.kind << "\" fill=\"none\" stroke=\"" << kPlyLight.colour
          << "\" stroke-linecap=\"round\" stroke-width=\"" << Num(font_ / 4) << "\" stroke-dasharray=\"0 100\" points=\""
          << Pt(l.x1, l.z1) << " " << Pt(l.x2, l.z2) << "\"/>\n";
@@ -420,7 +396,7 @@ bool LoadScene(const std::string& input, Scene& scene, std::string& error) {
       return false;
     }
   }
-  if (!scene.plyPath.empty()) ReadPly(scene.plyPath, scene);
+  if (!scene.plyPath.empty()) scene.ply = ReadPlyContent(scene.plyPath);
   return true;
 }
 

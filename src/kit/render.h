@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "formats/network_content.h"
+#include "formats/ply_content.h"
 #include "formats/tms_content.h"
-#include "geometry/texpoints.h"
 
 namespace bgr::kit {
 
@@ -22,16 +22,11 @@ struct RenderOptions {
   int pixels = 1600;  // width of the picture
 };
 
-struct PlyLight {
-  std::int32_t kind, x1, z1, x2, z2;
-};
-
 // What a picture is made of, each part read through the library's readers.
 struct Scene {
   std::string bgrPath, plyPath, tmsPath;  // empty for a file that isn't there
   NetworkContent network;
-  std::vector<std::vector<TEXPOINT>> aprons;  // corners in feet
-  std::vector<PlyLight> lights;
+  PlyContent ply;
   TmsContent tms;
 };
 

@@ -12,14 +12,11 @@
 namespace bgr {
 namespace {
 
-constexpr double kSnapReach = 38400.0;           // 150 ft
 constexpr double kStubLength = 51200.0;          // 200 ft, also the overrun of a snap on a runway
 constexpr double kRunwayEndClearance = 256000.0;  // 1000 ft
 constexpr double kCrossingClearance = 51200.0;   // 200 ft
-constexpr double kTaxiwaySnapClearance = 25600.0;  // 100 ft
 constexpr double kLeastSnapAngle = 0.3490658503988659;  // 20 degrees
 constexpr double kWidestStubTurn = 2.007128639793479;   // 115 degrees
-constexpr std::int32_t kMostIntersectedTaxiways = 100;
 
 double Distance(double x, double z, const TEXPOINT& p) { return PointDistance(x, z, p.x, p.z); }
 
@@ -70,13 +67,13 @@ std::int32_t AppendEdge(TmsJob& job, const TaxiwayEdge& edge) {
   return n;
 }
 
-// X lies on the line's edge with 'spare' to each end.
+
+}  // namespace
+
 bool WithinEdge(double x, double z, const PlaneLine& line, const TEXPOINT& a, const TEXPOINT& b, double spare) {
   double da = Distance(x, z, a), db = Distance(x, z, b);
   return da >= spare && da <= line.length - spare && db >= spare && db <= line.length - spare;
 }
-
-}  // namespace
 
 void SnapEndPointsToRunways(TmsJob& job) {
   job.ctx().console().Write("SnapEndPointsToRunways()\n");

@@ -8,6 +8,12 @@
 namespace bgr {
 
 class TmsJob;
+struct PlaneLine;
+struct TEXPOINT;
+
+inline constexpr double kSnapReach = 38400.0;             // 150 ft: how far a pass moves a taxiway end
+inline constexpr double kTaxiwaySnapClearance = 25600.0;  // 100 ft from the ends of the taxiway snapped on to
+inline constexpr std::int32_t kMostIntersectedTaxiways = 100;  // above this many, no crossing is split
 
 void SnapEndPointsToRunways(TmsJob& job);
 void MakeRunwayExitStubs(TmsJob& job);
@@ -16,6 +22,9 @@ void SnapEndPointsToTaxiways(TmsJob& job);
 // One pair of the pass above: a free end of taxiway a snapped on to taxiway b.
 // True when it changed the network.
 bool SnapEndPointsToTaxiway(TmsJob& job, std::int32_t a, std::int32_t b);
+
+// (x, z) lies on the edge from a to b, whose line is 'line', with 'spare' to each end.
+bool WithinEdge(double x, double z, const PlaneLine& line, const TEXPOINT& a, const TEXPOINT& b, double spare);
 
 void AddExitStub(TmsJob& job, std::int32_t from, double x, double z, std::int32_t width, std::int32_t type);
 void SplitEdgeAtEndPoint(TmsJob& job, std::int32_t point, double x, double z, std::int32_t edge);

@@ -64,7 +64,7 @@ CheckInput Cut(bool read) {
 }
 CheckInput Ply(std::vector<std::string> lines) {
   CheckInput in;
-  in.plyLines = std::move(lines);
+  in.ply.lines = std::move(lines);
   return in;
 }
 std::vector<std::string> Corners(int n) {

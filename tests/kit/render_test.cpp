@@ -97,7 +97,7 @@ TEST(Render, EveryTilePolygonAndPointLiesWhereTheFilesSay) {
 
 void ExpectDrawnAsRead(const Rendered& a) {
   ASSERT_TRUE(a.scene.tms.complete);
-  ASSERT_FALSE(a.scene.aprons.empty());
+  ASSERT_FALSE(a.scene.ply.polygons.empty());
   bgr::kit::RenderOptions options;
   options.labels = true;
   Svg svg(bgr::kit::DrawSvg(a.scene, options));
@@ -108,7 +108,7 @@ void ExpectDrawnAsRead(const Rendered& a) {
   box >> left >> top >> width >> height;
   auto inside = [&](double x, double z) { return x >= left && x <= left + width && -z >= top && -z <= top + height; };
   for (const auto& p : a.scene.network.nodes) EXPECT_TRUE(inside(p.x, p.z)) << p.x << "," << p.z;
-  for (const auto& apron : a.scene.aprons)
+  for (const auto& apron : a.scene.ply.polygons)
     for (const auto& p : apron) EXPECT_TRUE(inside(p.x, p.z));
   // each layer's polygons, tile by tile in file order, with their true coordinates
   const char* ids[] = {"pave", "edmk", "cntr"};
