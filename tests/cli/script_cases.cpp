@@ -249,36 +249,6 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-// Bytes of no text, a zero among them.
-std::string Binary() {
-  static const char kBytes[] = "\x01\x02\xff\xfeREF \x00 garbage\n";
-  return std::string(kBytes, sizeof kBytes - 1);
-}
-
-// Lines of 10000 characters, binary bytes, numbers far out of range and a
-// missing DATA folder: the run goes through, and says on standard error what
-// it could not save.
-TEST(ScriptRun, HostileLinesArePassedOver) {
-  std::string script = Ref(kLatA, kLonA) + "LIN " + std::string(10000, '7') + "\n" +
-                       Binary() +
-                       "MOV 1e400 0 -1e400 99999999999 -5\nLIN nan 0 inf 1 1\nPOI\nPLY\nLGT\n"
-                       "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"
-                       "RWY a b c d 1e300 1e300 N999:99:99 E-5 Nx Sy\nSRC\nREF\nEXI";
-  for (bool data : {true, false}) {
-    FileList files = DatabaseFiles({kA});
-    files.push_back({"s.txt", script});
-    if (data) files.push_back({"DATA/keep", ""});
-    TempDir dir;
-    for (const auto& [name, bytes] : files) dir.Write(name, bytes);
-    ToolRun run = RunTool(BGRTOOL_PATH, dir.path(), {"-tes.txt"});
-    EXPECT_EQ(run.exitStatus, 1);
-    EXPECT_EQ(dir.Exists("DATA/LMMX.BGR"), data);
-    if (!data) {
-      EXPECT_NE(run.err.find("bgrtool: the network 'DATA\\LMMX.BGR' is not saved"), std::string::npos) << run.err;
-    }
-  }
-}
-
 class ScriptCli : public ::testing::TestWithParam<CliCase> {};
 TEST_P(ScriptCli, Runs) { RunCliCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Cases, ScriptCli, ::testing::ValuesIn(Cases()),

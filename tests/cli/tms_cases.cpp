@@ -209,26 +209,5 @@ TEST(TmsJob, ApronsAreMadeOnceAndLightsKeepTheirLowByte) {
   }
 }
 
-TEST(TmsJob, AHostileNetworkRunsThroughAndIsWrittenBack) {
-  BgrBuilder b;
-  b.Origin(0, 0).Node(0, 0, 0).Node(0, 0, 0).Node(400, 0, 0).Node(400, 0, 400).Node(8.5e6, 0, -8.5e6).Node(-1e9, 0, 1e9);
-  b.Edge(0, 1, kWidth75, 15, 1)   // zero length, between coincident points
-      .Edge(1, 2, 0, 15, 1)        // width code 0
-      .Edge(2, 3, 0x7FFF, 255, 1)  // the largest width code, every flag bit
-      .Edge(3, 500, kWidth75, 15, 1)  // a point that doesn't exist
-      .Edge(-7, 2, kWidth75, 15, 1)
-      .Edge(3, 4, kWidth75, 15, 1)  // beyond 32-bit working units once scaled
-      .Edge(4, 5, kWidth75, 15, 0)
-      .Edge(5, 3, kWidth75, 2, 1)
-      .Edge(2, 2, kWidth75, 15, 7)
-      .End();
-  TmsRun r(b.data, "ORG 0 0\nPOI 0 0\nPOI 0 0\nPOI 0 0\nPLY a\nPOI 1 1\nPLY b\nLGT 1 2147483647 -2147483648\nLGT x\n");
-  EXPECT_EQ(r.run.exitStatus, 1);
-  EXPECT_EQ(r.run.out.find("Load(a.bgr) points=6 edges=9\n"), r.run.out.find('\n', r.run.out.find('\n') + 1) + 1);
-  EXPECT_NE(r.run.out.find("GenerateOutputFile(a.TMS)\n"), std::string::npos);
-  EXPECT_TRUE(r.tiles.read);
-  EXPECT_TRUE(r.dir.Read("a.bgr").starts_with(std::string("<bgno>\0<orgn>\0", 14)));
-}
-
 }  // namespace
 }  // namespace bgrtest

@@ -64,20 +64,6 @@ TEST_F(TaxiwayListTest, NodeLimitStopsEdges) {
   EXPECT_EQ(list.edgeCount, 0);
 }
 
-TEST_F(TaxiwayListTest, MissingBgrStillOpensThePly) {
-  EXPECT_EQ(list.Load("new.bgr", 1), 0);
-  list.WritePlyPoint(1.7, 0, -2.7);
-  list.WritePlyPoint(3, 0, 4);
-  list.EndPlyPolygon("p1");
-  list.EndPlyPolygon("again");  // no POI before: nothing
-  list.WritePlyLight(2, 1, 0, 2, 3, 0, 4, 1);
-  list.WritePlyLight(2, 1, 0, 2, 3, 0, 4, 5);
-  list.WritePlyLight(2, 1, 0, 2, 3, 0, 4, 0);
-  list.ClosePly();
-  EXPECT_EQ(dir.Read("new.PLY"),
-            "ORG 0.000000 0.000000\nPOI 1 -2\nPOI 3 4\nPLY \"p1\"\nLGT 2 1 2\nLGT 2 1 2 3 4 5\n");
-}
-
 TEST_F(TaxiwayListTest, ReadPlyMergesAndShiftsPoints) {
   dir.Write("p.bgr", "");
   dir.Write("p.PLY",

@@ -65,47 +65,6 @@ TEST(TmsFileTest, WritesTheLayoutWithBackPatchedLengths) {
   EXPECT_EQ(dir.Read("s.tms"), SampleBytes());
 }
 
-TEST(TmsFileTest, ReadsBackWhatWasWritten) {
-  bgrtest::TempDir dir;
-  dir.Write("s.tms", SampleBytes());
-  bgrtest::TestRun run;
-  TmsFile t;
-  ASSERT_TRUE(t.OpenRead(run.ctx, dir / "s.tms"));
-  OriginRecord origin;
-  ASSERT_TRUE(t.ReadOrigin(origin));
-  ASSERT_TRUE(t.ReadHeader());
-  EXPECT_EQ(t.tileFeet, 500);
-  EXPECT_EQ(t.lowl[2], -200);
-  ASSERT_TRUE(t.ReadTile());
-  ASSERT_TRUE(t.ReadPave());
-  EXPECT_EQ(t.polygon.count, 3);
-  EXPECT_EQ(t.points[0].z, 5120);
-  EXPECT_FALSE(t.ReadPave());
-  EXPECT_EQ(t.state(), TmsState::kTile);
-  EXPECT_FALSE(t.ReadEdmk());
-  EXPECT_FALSE(t.ReadCntr());
-  ASSERT_TRUE(t.ReadLite());
-  EXPECT_EQ(t.points.count(), 1);
-  EXPECT_EQ(t.points[0].x, 512);   // whole feet: 600 came back as 512
-  EXPECT_EQ(t.points[0].z, -512);  // and -600 as -512
-  EXPECT_EQ(t.lightStep, 0);
-  ASSERT_TRUE(t.ReadLite());
-  EXPECT_EQ(t.lightStep, 7.5f);
-  EXPECT_FALSE(t.ReadLite());
-  EXPECT_TRUE(t.ReadTileEnd());
-  ASSERT_TRUE(t.ReadTile());
-  EXPECT_EQ(t.tileX, 1);
-  EXPECT_FALSE(t.ReadPave());
-  EXPECT_FALSE(t.ReadLite());
-  EXPECT_TRUE(t.ReadTileEnd());
-  ASSERT_TRUE(t.ReadTile());
-  EXPECT_FALSE(t.ReadPave());
-  EXPECT_TRUE(t.ReadTileEnd());
-  EXPECT_FALSE(t.ReadTile());
-  EXPECT_TRUE(t.Close());
-  EXPECT_EQ(dir.Read("s.tms"), SampleBytes());  // closing a reader writes nothing
-}
-
 TEST(TmsFileTest, PolygonSizeLimits) {
   bgrtest::TempDir dir;
   bgrtest::TestRun run;

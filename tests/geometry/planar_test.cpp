@@ -84,40 +84,6 @@ TEST(Planar, SegmentDistanceDecidesOnTheLongerAxis) {
   EXPECT_FALSE(l.IsNear(103, 54, 4.9));
 }
 
-TEST(Planar, ShiftAndExtend) {
-  PlaneLine l;
-  l.Set(0, 0, 10, 0);
-  l.Shift(2);  // to the left of the direction
-  EXPECT_DOUBLE_EQ(l.y1, 2);
-  l.Extend(1, 3);
-  EXPECT_DOUBLE_EQ(l.x1, -1);
-  EXPECT_DOUBLE_EQ(l.x2, 13);
-  PlaneLine a, b, bis;
-  a.Set(0, 0, 10, 0);
-  b.Set(0, 0, 0, 10);
-  ASSERT_TRUE(bis.SetBisector(a, b, 0));
-  EXPECT_NEAR(bis.angle, kPi / 4, 1e-12);
-}
-
-TEST(Planar, IntLine) {
-  IntLine l;
-  l.Set(0, 0, 100, 50);
-  EXPECT_EQ(l.YAtX(30), 15);
-  EXPECT_EQ(l.Distance(0, 10), 8);  // 10 / sqrt(1.25) cut
-  EXPECT_TRUE(l.IsNear(105, 52, 5));
-  EXPECT_FALSE(l.IsNear(106, 53, 5));  // beyond the grown box
-  IntLine v;
-  v.Set(5, 0, 5, 10);
-  EXPECT_EQ(v.YAtX(5), 0);
-  EXPECT_EQ(v.Distance(9, 3), 4);
-}
-
-TEST(Planar, Feet) {
-  EXPECT_EQ(EastFeet(324000, 0, 0, 100, 1e8, 1e8), 0.0);
-  EXPECT_DOUBLE_EQ(NorthFeet(0, 5, 1296000, 7, 1, 3), 3);
-  EXPECT_NEAR(EastFeet(0, 0, 0, 1296000, 2, 0), 2, 1e-12);
-}
-
 TEST(RefCellTest, BandsAndColumns) {
   GeoAngle lat, lon;
   lat.SetLatitude(0);

@@ -42,19 +42,6 @@ TEST(TexPoints, FullTableReturnsMatchesAndZeroForNewcomers) {
   EXPECT_EQ(t.count(), 2);
 }
 
-TEST(TexPoints, CopyCutsToCapacityAndSetSizeEmpties) {
-  TEXPOINTS big(3000);
-  for (int i = 0; i < 3000; ++i) big.Add(i, 0, 0, -1);
-  TEXPOINTS small;
-  small.Copy(big);
-  EXPECT_EQ(small.count(), 2000);
-  EXPECT_EQ(small[1999].x, 1999);
-  EXPECT_EQ(small.Add(1999, 0, 0, 0), 1999);  // the index sees copied points
-  small.SetSize(10);
-  EXPECT_EQ(small.count(), 0);
-  EXPECT_EQ(small.capacity(), 10);
-}
-
 TEST(TexPoints, DifferencesWrapAt32Bits) {
   TEXPOINTS t;
   t.Add(2147483647, 0, 0, 0);
@@ -99,49 +86,6 @@ TEST(TexPoints, IndexAgreesWithAPlainWalk) {
       ASSERT_EQ(t.Add(x, y, z, tolerance), expected) << "round " << round << " add " << i;
     }
   }
-}
-
-TEST(Texture, ReverseKeepsTheMiddle) {
-  TEXTURE t;
-  for (int n : {0, 1, 2, 3, 4}) {
-    t.count = n;
-    for (int i = 0; i < n; ++i) t.verts[i].point = i;
-    t.Reverse();
-    for (int i = 0; i < n; ++i) EXPECT_EQ(t.verts[i].point, n - 1 - i) << n;
-  }
-}
-
-TEST(TextureList, ReadsTheLastAddedFirst) {
-  TextureList list;
-  EXPECT_EQ(list.First(), nullptr);
-  TEXTURE t;
-  for (int id = 1; id <= 3; ++id) {
-    t.SetFlat(id + 2, id);
-    for (int i = 0; i < id + 2; ++i) t.verts[i].point = id * 10 + i;
-    EXPECT_EQ(list.Add(t), 1);
-  }
-  for (int pass = 0; pass < 2; ++pass) {
-    int id = 3;
-    for (const TEXTURE* p = list.First(); p; p = list.Next(), --id) {
-      EXPECT_EQ(p->attr, id);
-      ASSERT_EQ(p->count, id + 2);
-      EXPECT_EQ(p->normalY, 32767);
-      for (int i = 0; i < p->count; ++i) EXPECT_EQ(p->verts[i].point, id * 10 + i);
-    }
-    EXPECT_EQ(id, 0);
-  }
-}
-
-TEST(TexPoint, OnCurve) {
-  TEXPOINT a{0, 0, 0}, b{10, 10, 10}, c{0, 20, -8}, p;
-  p.SetOnCurve(a, b, c, 0);
-  EXPECT_TRUE(p.Equals(0, 0, 0));
-  p.SetOnCurve(a, b, c, 1);
-  EXPECT_TRUE(p.Equals(0, 20, -8));
-  p.SetOnCurve(a, b, c, 0.5);
-  EXPECT_EQ(p.x, 5);
-  EXPECT_EQ(p.y, 10);  // 0 + 5 + 5
-  EXPECT_EQ(p.z, 3);   // 0 + 5 - 2
 }
 
 }  // namespace

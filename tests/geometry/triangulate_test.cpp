@@ -38,32 +38,6 @@ double Cross(const TEXPOINTS& p, const Triple& t) {
   return (double(b.x) - a.x) * (double(c.z) - a.z) - (double(b.z) - a.z) * (double(c.x) - a.x);
 }
 
-TEST(Triangulate, SmallPolygons) {
-  TEXPOINTS pts;
-  TEXTURE tex;
-  Make(pts, tex, {{0, 0}, {1, 0}});
-  EXPECT_EQ(tex.Triangle(pts, 0, 0), nullptr);
-  EXPECT_EQ(tex.triangles, nullptr);
-  Make(pts, tex, {{0, 0}, {10, 0}, {0, 10}});
-  EXPECT_EQ(All(tex, pts), (std::vector<Triple>{{0, 1, 2}}));
-  EXPECT_EQ(tex.triangles, nullptr);  // the call past the end frees them
-  Make(pts, tex, {{0, 0}, {10, 0}, {2, 2}, {0, 10}});  // concave at corner 2: still a fan
-  EXPECT_EQ(All(tex, pts), (std::vector<Triple>{{0, 1, 2}, {0, 2, 3}}));
-  TEXTURE fresh;
-  Make(pts, fresh, {{0, 0}, {10, 0}, {0, 10}});
-  EXPECT_EQ(fresh.Triangle(pts, 1, 0), nullptr);  // only index 0 computes
-}
-
-TEST(Triangulate, LShapeInBothWindings) {
-  TEXPOINTS pts;
-  TEXTURE tex;
-  Make(pts, tex, {{0, 0}, {200, 0}, {200, 100}, {100, 100}, {100, 200}, {0, 200}});
-  EXPECT_EQ(All(tex, pts), (std::vector<Triple>{{0, 1, 2}, {3, 4, 5}, {0, 2, 3}, {3, 5, 0}}));
-  Make(pts, tex, {{0, 200}, {100, 200}, {100, 100}, {200, 100}, {200, 0}, {0, 0}});
-  EXPECT_FALSE(tex.EarClip(pts, 0, 0));
-  EXPECT_EQ(All(tex, pts), (std::vector<Triple>{{5, 4, 3}, {2, 1, 0}, {5, 3, 2}, {2, 0, 5}}));
-}
-
 TEST(Triangulate, ConvexShapesFanFromCornerZero) {
   TEXPOINTS pts;
   TEXTURE tex;
@@ -78,27 +52,6 @@ TEST(Triangulate, SelfCrossingFailsUnlessFanned) {
   EXPECT_EQ(tex.Triangle(pts, 0, 0), nullptr);
   EXPECT_EQ(tex.triangles, nullptr);
   EXPECT_EQ(All(tex, pts, 1).size(), 4u);
-}
-
-TEST(Triangulate, BearingsAndTurns) {
-  EXPECT_EQ(EdgeBearing(0, 0, 1, 1), 45);
-  EXPECT_EQ(EdgeBearing(0, 0, -1, 1), 135);
-  EXPECT_EQ(EdgeBearing(0, 0, -1, -1), -135);
-  EXPECT_EQ(EdgeBearing(0, 0, 1, -1), -45);
-  EXPECT_EQ(EdgeBearing(5, 5, 5, 5), 0);
-  EXPECT_EQ(EdgeBearing(0, 0, -3, 0), 180);
-  EXPECT_EQ(BearingDifference(170, -170), 20);
-  EXPECT_EQ(BearingDifference(-170, 170), -20);
-  EXPECT_EQ(BearingDifference(0, 180), 180);
-  EXPECT_EQ(BearingDifference(180, 0), 180);
-  TEXPOINTS pts;
-  TEXTURE tex;
-  Make(pts, tex, {{0, 0}, {0, 100}, {100, 100}, {100, 0}});  // clockwise in plan
-  for (int i = 0; i < 4; ++i) EXPECT_EQ(tex.VertexTurn(pts, i), 90);
-  EXPECT_FALSE(tex.IsReversed(pts));
-  tex.Reverse();
-  for (int i = 0; i < 4; ++i) EXPECT_EQ(tex.VertexTurn(pts, i), -90);
-  EXPECT_TRUE(tex.IsReversed(pts));
 }
 
 // Star-shaped polygons are simple: their triangles must cover them exactly.
@@ -139,18 +92,6 @@ TEST(Triangulate, RandomSimplePolygonsAreCoveredExactly) {
     }
     ASSERT_NEAR(sum, std::fabs(area), 1e-6 * std::fabs(area) + 1) << "round " << round;
   }
-}
-
-TEST(Triangulate, HostileShapesEndWithoutHarm) {
-  TEXPOINTS pts(256);
-  TEXTURE tex;
-  std::vector<XZ> line;
-  for (int i = 0; i < 200; ++i) line.push_back({i * 10, i * 10});
-  Make(pts, tex, line);
-  EXPECT_EQ(tex.Triangle(pts, 0, 0), nullptr);  // all corners in line: no ear anywhere
-  std::vector<XZ> repeated(50, XZ{7, 7});
-  Make(pts, tex, repeated);
-  EXPECT_LE(All(tex, pts).size(), 48u);  // at most n - 2 triangles, whatever the shape
 }
 
 }  // namespace

@@ -119,14 +119,6 @@ TEST(Check, EachCheckOnGoodAndBadNetworks) {
   }
 }
 
-TEST(Check, FindingsAreSortedAndFormatted) {
-  CheckInput in = Net({{0, 0}, {0, 0}}, {{0, 5}, {0, 1, 1, 10}});
-  Findings f = bgr::kit::CheckAll(in);
-  ASSERT_GE(f.size(), 3u);
-  EXPECT_EQ(bgr::kit::FormatFinding(f[0]), "error dangling-edge edge 0 (0,0): end point 5 does not exist (the network has 2 points)");
-  EXPECT_TRUE(std::is_sorted(f.begin(), f.end(), [](const auto& a, const auto& b) { return a.severity < b.severity; }));
-}
-
 // Writes a network (and PLY) and checks it; then runs the -tm job on the same files.
 struct Rehearsed {
   Rehearsed(const std::string& bgr, const std::string& ply) {

@@ -150,18 +150,5 @@ TEST(Render, LayersCanBeSwitchedOff) {
   EXPECT_EQ(svg.All("grid", "rect").size(), 64u);
 }
 
-TEST(Render, NamesWithMarkupStayWellFormed) {
-  TempDir dir;
-  dir.Write("a&<b>.TMS", "not a TMS");
-  bgr::kit::Scene scene;
-  std::string error;
-  EXPECT_FALSE(bgr::kit::LoadScene(dir / "a&<b>.TMS", scene, error));
-  EXPECT_NE(error.find("is no TMS file"), std::string::npos) << error;
-  scene = {};
-  scene.bgrPath = "x&y<\x01>.BGR";
-  Svg svg(bgr::kit::DrawSvg(scene, {}));
-  EXPECT_NE(svg.doc, nullptr);
-}
-
 }  // namespace
 }  // namespace bgrtest

@@ -26,53 +26,6 @@ struct Database {
   AirportDatabase db{run.ctx};
 };
 
-TEST(AirportDatabase, TheNearestWithinReachGivesItsPositionAndName) {
-  Database d({{"KSEA", 1000, 1000}, {"LMML", 1000, 1200}, {"EGLL", 1000, 1100}, {"EDDF", 1000, 1100}});
-  struct Case {
-    double lat, lon;
-    const char* name;
-    double foundLat, foundLon;
-  } cases[] = {
-      {1000, 1000, "SEA", 1000, 1000},       // a leading K is left out
-      {1000, 1099, "EGLL", 1000, 1100},      // of two at the same place, the earlier
-      {1000 + 282, 1000, "SEA", 1000, 1000}, // 282^2 < 80000
-      {1000, 1200 + 283, "NONE", 1000, 1483},  // 283^2 = 80089: out of reach
-  };
-  for (const Case& c : cases) {
-    double lat = c.lat, lon = c.lon;
-    std::string name;
-    d.Find(&lat, &lon, name);
-    EXPECT_EQ(name, c.name) << c.lat << " " << c.lon;
-    EXPECT_EQ(lat, c.foundLat);
-    EXPECT_EQ(lon, c.foundLon);
-  }
-}
-
-TEST(AirportDatabase, ANearestCodeOfOtherLengthGivesNone) {
-  Database d({{"ABC", 0, 100}, {"WXYZ", 0, 150}, {"ABCDE", 0, 300}});
-  double lat = 0, lon = 90;
-  std::string name;
-  EXPECT_EQ(d.Find(&lat, &lon, name), 0);
-  EXPECT_EQ(name, "NONE");
-  EXPECT_EQ(lon, 90);
-}
-
-TEST(AirportDatabase, WithoutADatabaseEveryNameIsNone) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
-  bgrtest::TestRun run;
-  AirportDatabase db(run.ctx);
-  double lat = 5, lon = 6;
-  std::string name = "X";
-  EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0);
-  EXPECT_EQ(name, "NONE");
-  EXPECT_EQ(lat, 5);
-  dir.Write("DATABASE/AIRPORT.DBD", std::string(20, '\xff'));  // a header cut short
-  EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0);  // tried again: the open failed before
-  dir.Write("DATABASE/AIRPORT.DBD", bgrtest::DbdBytes({{"LMML", 5, 6}}));
-  EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0);  // once the file was open, no second try
-}
-
 TEST(AirportDatabase, AHeaderThatLiesAboutItsRecordsFindsNothing) {
   for (std::uint32_t size : {24u, 0u, 0xFFFFFFFFu}) {
     std::string bytes = bgrtest::DbdBytes({{"LMML", 5, 6}});

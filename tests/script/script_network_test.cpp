@@ -80,37 +80,5 @@ TEST(ScriptNetwork, TheEdgeIndexAgreesWithThePlainWalk) {
   }
 }
 
-TEST(ExclusionList, AreasByPathAndBoxesByArea) {
-  bgrtest::TempDir dir;
-  dir.Write("x.txt",
-            "ARE 1 \"C:\\SCENERY\"\nARE 2 \"C:\\SCENERY\\MALTA\"\nARE 3 \"SCENERY\\MALTA\"\nARE 4 \"C:\\SCENERY\\MALTA\"x\n"
-            "comment\nXCL 5 10 20 30 40 1\nXCL 9 10 20 30 40 0\nXCL 9 0 -10 5 -5 3\nXCL nothing\n");
-  bgrtest::TestRun run;
-  ExclusionList list(run.ctx);
-  EXPECT_TRUE(list.Load(dir.path() + "/x.txt"));
-  struct Area {
-    const char* path;
-    std::int32_t area;
-  } areas[] = {
-      {"C:\\SCENERY\\MALTA\\", 2},  // rooted: the longest quoted text in it, the first of equals
-      {"C:\\OTHER\\", -2},
-      {"SCENERY", 3},               // not rooted: the first text that begins with it
-      {"", 1},                      // the empty path matches the first line
-      {"D:\\", -2},
-  };
-  for (const Area& a : areas) EXPECT_EQ(list.FindArea(a.path), a.area) << a.path;
-  struct Test {
-    std::int32_t area;
-    double lat, lon;
-    bool excluded;
-  } tests[] = {
-      {4, 10, 20, true},     {4, 30, 40, true},  // bounds count
-      {5, 20, 30, false},                        // not below the box's area
-      {4, 9.9, 30, false},   {-2, 3, -6, true},  // the box of flags 3
-      {-2, 3, 1295994, true},                    // folded into -648000..648000
-  };
-  for (const Test& t : tests) EXPECT_EQ(list.IsExcluded(t.area, t.lat, t.lon), t.excluded) << t.lat << " " << t.lon;
-}
-
 }  // namespace
 }  // namespace bgr

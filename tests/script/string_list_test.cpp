@@ -64,50 +64,5 @@ TEST(StringList, LoadDropsBlankLinesAndWalksByPrefix) {
   EXPECT_EQ(l.Load(dir / "missing.txt"), -1);
 }
 
-TEST(StringList, IterationOverAFullListIsLinear) {
-  bgrtest::TestRun run;
-  STRING_LIST l(run.ctx);
-  l.Create(10240);
-  int added = 0;
-  while (l.Add("<bgr-x" + std::to_string(added)) >= 0) ++added;
-  int seen = 0;
-  for (auto t = l.First("<bgr-", nullptr); t; t = STRING_LIST::Next(run.ctx, nullptr)) ++seen;
-  EXPECT_EQ(seen, added);
-  EXPECT_GT(added, 800);
-}
-
-TEST(TextFile, LinesAndFields) {
-  bgrtest::TempDir dir;
-  dir.Write("t.txt", "one two\n   \n\"a b\" 12 x\n" + std::string(300, 'q'));
-  bgrtest::TestRun run;
-  TextFile f;
-  ASSERT_TRUE(f.OpenRead(run.ctx, dir / "t.txt"));
-  ASSERT_EQ(f.ReadLine(), 1);
-  EXPECT_EQ(f.SkipFields(1), 1);
-  EXPECT_EQ(f.line[static_cast<std::size_t>(f.cursor)], ' ');
-  EXPECT_EQ(f.SkipFields(1), 0);  // the last field has no separator behind it
-  ASSERT_EQ(f.ReadLine(), 1);
-  EXPECT_FALSE(f.SkipBlanks());
-  EXPECT_EQ(f.cursor, 3);
-  ASSERT_EQ(f.ReadLine(), 1);
-  std::string field;
-  ASSERT_TRUE(f.ReadField(field));
-  EXPECT_EQ(field, "a b");
-  std::int32_t n = 0;
-  ASSERT_TRUE(f.ScanField("%d", &n, 0));
-  EXPECT_EQ(n, 12);
-  double d = 0;
-  EXPECT_FALSE(f.ScanField("%lf", &d, 0));
-  EXPECT_EQ(f.line[static_cast<std::size_t>(f.cursor)], 'x');
-  ASSERT_EQ(f.ReadLine(), 1);
-  EXPECT_EQ(f.line.size(), 254u);  // long lines come in pieces
-  ASSERT_EQ(f.ReadLine(), 1);
-  EXPECT_EQ(f.line.size(), 46u);
-  EXPECT_EQ(f.ReadLine(), 0);
-  EXPECT_EQ(f.lineNumber, 5);
-  TextFile closed;
-  EXPECT_EQ(closed.ReadLine(), 0);
-}
-
 }  // namespace
 }  // namespace bgr

@@ -34,33 +34,6 @@ Job Square(std::int32_t nearEnd, std::int32_t farEnd) {
              {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}});
 }
 
-TEST(RepairPasses, ATaxiwaySquareToARunwaySnapsAndGetsTwoStubs) {
-  Job j = Square(30, -570);
-  SnapEndPointsToRunways(j.job);
-  EXPECT_TRUE(j.Feet(3).Equals(0, 0, 0));
-  MakeRunwayExitStubs(j.job);
-  ASSERT_EQ(j.job.EdgeCount(), 4);
-  EXPECT_TRUE(j.Feet(4).Equals(-200, 0, 0));
-  EXPECT_TRUE(j.Feet(5).Equals(200, 0, 0));
-  for (std::int32_t i : {2, 3}) {
-    EXPECT_EQ(j.job.Edge(i).type, kExitStub);
-    EXPECT_EQ(j.job.Edge(i).width, 150 * 256);
-    EXPECT_EQ(j.job.Edge(i).start, 3);
-    EXPECT_EQ(j.job.Mark(j.job.Edge(i).end), 1);
-  }
-  EXPECT_EQ(j.job.Mark(3), 3);
-  EXPECT_EQ(j.run.console.Take(), "SnapEndPointsToRunways()\n");
-}
-
-TEST(RepairPasses, AShortLoneTaxiwayTakesNoPart) {
-  Job j = Square(30, -300);
-  EXPECT_EQ(j.job.Edge(1).type, kShortLink);
-  SnapEndPointsToRunways(j.job);
-  MakeRunwayExitStubs(j.job);
-  EXPECT_TRUE(j.Feet(3).Equals(0, 0, 30));
-  EXPECT_EQ(j.job.EdgeCount(), 2);
-}
-
 TEST(RepairPasses, NearMeansWithin150FeetInclusive) {
   for (std::int32_t off : {150, 151}) {
     Job j = Square(off, -570);

@@ -71,31 +71,6 @@ TEST(BuildRibbon, InsetsKeepAtLeast25Feet) {
   }
 }
 
-TEST(TaxiPolygons, ARightAngleBendGetsTwoRibbonsAndATwelveStepFillet) {
-  Polygons p({{0, 0, 0}, {1000, 0, 0}, {1000, 0, 1000}}, {{0, 1, 100, kTaxiway, kFlags}, {1, 2, 100, kTaxiway, kFlags}});
-  std::vector<Shape> pave = p.Layer(0);
-  ASSERT_EQ(pave.size(), 14u);
-  EXPECT_EQ(pave[0].Sorted(), SortedCorners({{0, 12800}, {0, -12800}, {217600, -12800}, {217600, 12800}}));
-  EXPECT_EQ(pave[1].Sorted(), SortedCorners({{243200, 38400}, {268800, 38400}, {268800, 256000}, {243200, 256000}}));
-  // the fillet runs from the ends of ribbon 1 round to the ends of ribbon 0
-  EXPECT_TRUE(pave[2].Has({243200, 38400}) && pave[2].Has({268800, 38400}));
-  EXPECT_TRUE(pave[13].Has({217600, -12800}) && pave[13].Has({217600, 12800}));
-  // halfway, each curve stands at a quarter of its ends and half its control point
-  EXPECT_TRUE(pave[7].Has({256000, 0}) && pave[7].Has({236800, 19200}));
-
-  std::vector<Shape> centre = p.Layer(2);
-  ASSERT_EQ(centre.size(), 14u);
-  EXPECT_EQ(centre[0].Sorted(), SortedCorners({{0, -128}, {0, 128}, {217600, -128}, {217600, 128}}));
-
-  // centre lights on both ribbons; on every other fillet quad centre and both edges
-  std::vector<Shape> lights = p.Layer(3);
-  ASSERT_EQ(lights.size(), 2u + 6u * 3u);
-  EXPECT_EQ(lights[0].attr, 100);
-  EXPECT_EQ(SortedCorners(lights[0].corners), SortedCorners({{0, 0}, {217600, 0}}));
-  EXPECT_EQ(lights[1].attr, 100);
-  for (std::size_t i = 2; i < lights.size(); ++i) EXPECT_EQ(lights[i].attr, i % 3 == 2 ? 25 : 256 + 25) << i;
-}
-
 TEST(TaxiPolygons, ATaxiwaySquareOnARunwayEndsShortAndFilletsIntoItsStubs) {
   Polygons p({{-2000, 0, 0}, {2000, 0, 0}, {0, 0, -570}, {0, 0, 30}},
              {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}}, true);
@@ -208,18 +183,6 @@ TEST(YellowLine, IsAFootWideStripFromPointToPoint) {
   std::vector<Shape> strips = ShapesOf(grid, 2);
   ASSERT_EQ(strips.size(), 1u);
   EXPECT_EQ(strips[0].Sorted(), SortedCorners({{0, -128}, {0, 128}, {2560, -128}, {2560, 128}}));
-}
-
-TEST(JoinedPairs, RemembersEitherOrderUntilFull) {
-  JoinedPairs pairs;
-  EXPECT_TRUE(pairs.Remember(0, 1));
-  EXPECT_FALSE(pairs.Remember(1, 0));
-  EXPECT_FALSE(pairs.Remember(0, 1));
-  for (std::int32_t i = 1; i < JoinedPairs::kCapacity; ++i) EXPECT_TRUE(pairs.Remember(i + 10, i + 20000));
-  // the table is full: a new pair is made each time it is asked for
-  EXPECT_TRUE(pairs.Remember(5, 6));
-  EXPECT_TRUE(pairs.Remember(6, 5));
-  EXPECT_FALSE(pairs.Remember(11, 20001));
 }
 
 }  // namespace

@@ -81,23 +81,6 @@ TEST_F(Clip, LinesOnAndUpToGridLinesStayWhole) {
   EXPECT_EQ(pieces[1].tileX, 1);
 }
 
-TEST_F(Clip, TriangleFallsIntoTipAndQuadrilateral) {
-  grid.ClipTriangle(0, 100000, 0, 150000, 0, 100000, 50000);
-  auto pieces = Pieces(grid, 0);
-  ASSERT_EQ(pieces.size(), 2u);
-  const Piece& quad = pieces[0];  // tile (0, 0) is read first
-  const Piece& tip = pieces[1];
-  EXPECT_EQ(tip.tileX, 1);
-  // C1, P2, C2 were added as points 0, 1, 2 and reversed to run clockwise
-  EXPECT_EQ(tip.numbers, (std::vector<std::int32_t>{2, 1, 0}));
-  EXPECT_TRUE(tip.corners[0].Equals(128000, 0, 22000));
-  EXPECT_TRUE(tip.corners[2].Equals(128000, 0, 0));
-  EXPECT_EQ(quad.tileX, 0);
-  EXPECT_EQ(quad.numbers, (std::vector<std::int32_t>{3, 2, 1, 0}));
-  EXPECT_TRUE(quad.corners[3].Equals(100000, 0, 0));
-  EXPECT_TRUE(quad.corners[1].Equals(128000, 0, 22000));
-}
-
 TEST_F(Clip, ReachMarginOfFive) {
   // the tip P3 reaches 4 past the next grid line: not cut again
   grid.ClipTriangle(0, 100000, 0, 100000, 1000, 256004, 500);
@@ -177,19 +160,6 @@ TEST(ClipProperties, PiecesCoverTheShapeAndLieInTheirTiles) {
     EXPECT_EQ(grid.ClipDepthX, 0);
     EXPECT_EQ(grid.ClipDepthZ, 0);
   }
-}
-
-TEST(ClipProperties, HostileShapesEndQuickly) {
-  TileGrid grid;
-  grid.TileSize = 128000;
-  grid.ClipTriangle(0, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MIN, 0, INT32_MAX);
-  grid.ClipQuad(0, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MIN, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MAX);
-  grid.ClipLine(3, INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX, 0);
-  grid.ClipTriangle(0, 5, 5, 5, 5, 5, 5);
-  grid.ClipTriangle(0, 0, 0, 300000, 0, 600000, 0);  // corners in line
-  grid.ClipTriangle(0, 0, 0, 128000 * 60, 1, 0, 128000 * 60);
-  EXPECT_EQ(grid.ClipDepthX, 0);
-  EXPECT_EQ(grid.ClipDepthZ, 0);
 }
 
 }  // namespace

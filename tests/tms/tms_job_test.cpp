@@ -21,20 +21,6 @@ class TmsJobTest : public ::testing::Test {
   TmsJob job{run.ctx};
 };
 
-TEST_F(TmsJobTest, WithoutANetworkTheGridTakesTheLeastTileSize) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
-  EXPECT_EQ(job.Load("x.bgr"), 0);
-  EXPECT_NE(run.console.Take().find("ERROR: BgrTms source file 'x.bgr' not found\nLoad(x.bgr) points=0 edges=0\n"),
-            std::string::npos);
-  job.SizeTileGrid();
-  EXPECT_EQ(job.boundsMinX, 9871999.0);
-  EXPECT_EQ(job.boundsMaxX, -9871999.0);
-  EXPECT_EQ(job.grid.TileSize, 128000);
-  EXPECT_EQ(job.tms.tileFeet, 500.0f);
-  EXPECT_EQ(job.tms.lowl[0], 38562.49609375);
-}
-
 TEST_F(TmsJobTest, TileFeetAreCutToWholeFeet) {
   job.GrowBounds(0, 0);
   job.GrowBounds(1600008 - 256000, 10);
@@ -57,26 +43,6 @@ TEST_F(TmsJobTest, LoneLinksUpTo500FeetAreDropped) {
   EXPECT_EQ(job.Mark(12000), 0);
   EXPECT_EQ(job.network.points[1].x, 128000);
   EXPECT_EQ(job.Edge(0).width, 75 * 256);
-}
-
-TEST_F(TmsJobTest, YellowLinesComeBackAsTaxiwaysWhenFewerThanAHundred) {
-  for (int count : {99, 100}) {
-    bgrtest::TestRun fresh;
-    TmsJob j(fresh.ctx);
-    j.network.points.Add(0, 0, 0, -1);
-    j.network.points.Add(-1, 0, 1, -1);
-    for (int i = 0; i < count; ++i) j.Edge(j.network.edgeCount++) = {0, 1, 40, 1, i % 2 ? 2 : 18};
-    j.Edge(j.network.edgeCount++) = {0, 1, 40, 1, 0};
-    j.PrepareNetwork();
-    EXPECT_EQ(j.yellowCount, count);
-    EXPECT_EQ(j.Edge(count).flags, 15);  // flags 0 read as 15: no yellow line
-    EXPECT_EQ(j.Edge(count).type, kShortLink);  // the only paved edge: a lone link
-    j.RestoreNetwork();
-    EXPECT_EQ(j.Edge(0).type, count < 100 ? kTaxiway : kYellowLine);
-    EXPECT_EQ(j.Edge(0).width, count < 100 ? 100 : 40);
-    EXPECT_EQ(j.Edge(0).flags, 0);
-    EXPECT_EQ(j.network.points[1].x, -1);
-  }
 }
 
 TEST_F(TmsJobTest, WorkingUnitsGoBackToFeetTowardZero) {
