@@ -7,7 +7,7 @@
 #include "bench_util.h"
 #include "kit/check.h"
 #include "kit/render.h"
-#include "support/airport_gen.h"
+#include "airport_gen.h"
 #include "tms/tms_job.h"
 
 namespace {

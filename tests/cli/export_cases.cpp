@@ -31,14 +31,6 @@ std::vector<CliCase> Cases() {
     cases.push_back({"txd writes edges, then nodes, beside the source", {"-txd", "net.bgr"}, {{"net.bgr", Network()}},
                      "", 1, {}, {{"net.txd", txd.data}}});
   }
-  {
-    BgrBuilder b;
-    b.Origin(0, 0).Node(1, 0, 2).Node(3, 0, 4).End();
-    Bytes txd;
-    txd.Long(0).Long(2).Double(1).Double(2).Double(0).Double(0).Double(3).Double(4).Double(0).Double(0);
-    cases.push_back({"txd of nodes without edges", {"-txd", "n.bgr"}, {{"n.bgr", b.data}}, "", 1, {},
-                     {{"n.txd", txd.data}}});
-  }
   // a failed export leaves the file of its name as it was
   cases.push_back({"txd of a missing source leaves the old export",
                    {"-txd", "x.bgr"},
@@ -75,22 +67,6 @@ std::vector<CliCase> Cases() {
     cases.push_back({"txp0 keeps the vertex count 0 and no polygon", {"-txp0", "net.bgr"}, {{"net.bgr", Network()}},
                      "", 1, {}, {{"net.txp", txp.data}}});
   }
-  {
-    BgrBuilder b;
-    b.Origin(1, 2).End();
-    Bytes txp;
-    txp.Tag(kBegin).Tag("<orgn> ---- origin ----").Double(1).Double(2).Double(0).Long(1).Tag(kEnd);
-    cases.push_back({"txp of a network without nodes", {"-txp", "e.bgr"}, {{"e.bgr", b.data}}, "", 1, {},
-                     {{"e.txp", txp.data}}});
-  }
-  cases.push_back({"txp of a missing source writes nothing",
-                   {"-txp", "x.bgr"},
-                   {},
-                   "ERROR: BgrTxp source file 'x.bgr' not found\n",
-                   0,
-                   {"INFO: WrapFileOpen(x.bgr, [00] rb) failed", "ERROR: BgrTxp source file 'x.bgr' not found"},
-                   {},
-                   {"x.txp"}});
   {
     std::string net = BgrBuilder().Origin(1, 2).Node(1, 2, 3).End().data;
     cases.push_back({"txd of a file named like its export is refused", {"-txd", "n.TXD"}, {{"n.txd", net}},

@@ -34,13 +34,10 @@ TEST(Kit, UsageExitValues) {
       {{}, 2, "Subcommands:"},
       {{"help"}, 0, "makedb"},
       {{"--help"}, 0, "makedb"},
-      {{"help", "makedb"}, 0, "--lat"},
       {{"makedb", "--help"}, 0, "--code"},
       {{"makedb"}, 2, "required"},
       {{"nosuch"}, 2, ""},
       {{"help", "nosuch"}, 2, "no subcommand 'nosuch'"},
-      {{"makedb", "a.csv", "b.dbd", "--colour"}, 2, ""},
-      {{"help"}, 0, "render"},
       {{"render", "a.bgr"}, 2, "--output"},
       {{"render", "a.bgr", "-o", "a.svg", "--layers", "pave,roads"}, 2, "roads"},
       {{"check"}, 2, "required"},
@@ -88,25 +85,6 @@ TEST(Kit, MakeDbLeavesTheOldDatabaseWhenItFails) {
     EXPECT_NE(run.err.find("bgrkit makedb: "), std::string::npos) << csv;
     EXPECT_EQ(dir.Read("DATABASE/AIRPORT.DBD"), "old") << csv;
   }
-}
-
-// The public airport table as it is, then a script that uses the database.
-TEST(Kit, MakeDbTakesThePublicAirportTableAndAScriptFindsItsAirports) {
-  NEED_BGRKIT();
-  if (!std::filesystem::exists(SHARED_DATA "/ourairports/airports.csv")) GTEST_SKIP() << "no shared airport table";
-  TempDir dir;
-  ToolRun run = Kit(dir, {"makedb", SHARED_DATA "/ourairports/airports.csv", "DATABASE/AIRPORT.DBD"});
-  ASSERT_EQ(run.exitStatus, 0) << run.err;
-  EXPECT_NE(run.out.find("4866 airports"), std::string::npos) << run.out;
-  dir.Write("DATA/keep", "");
-  // Malta's runway 13/31 and Seattle's 16L/34R, from the runway table
-  dir.Write("s.txt",
-            "RWY 13 31 x x 11627 197 N35:51:23.04 E14:28:43.68 N35:50:2.04 E14:30:24.48\n"
-            "RWY 16L 34R x x 11901 150 N47:27:50.4 W122:18:28.8 N47:25:54 W122:18:28.8\n");
-  ToolRun script = RunTool(BGRTOOL_PATH, dir.path(), {"-tes.txt"});
-  EXPECT_EQ(script.exitStatus, 1);
-  EXPECT_TRUE(dir.Exists("DATA/LMML.BGR"));
-  EXPECT_TRUE(dir.Exists("DATA/SEA.BGR"));
 }
 
 // A runway and a taxiway whose end lies 30 ft past the runway's line, and a

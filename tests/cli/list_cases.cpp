@@ -68,7 +68,6 @@ std::string Stopped(const std::string& name, long at) {
 std::vector<CliCase> Cases() {
   std::vector<CliCase> cases;
   cases.push_back({"no arguments give the usage text", {}, {}, kUsage, 255});
-  cases.push_back({"two names for the list mode give the usage text", {"a.bgr", "b.bgr"}, {}, kUsage, 255});
   cases.push_back({"plain listing shows tags, node numbers and widths", {"a.bgr"}, {{"a.bgr", SmallNetwork()}},
                    kSmallListing});
   cases.push_back({"extension and name are found whatever their case", {"DATA\\A.BGR"},
@@ -116,7 +115,6 @@ std::vector<CliCase> Cases() {
                        kNoBounds});
   cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {}, MissingLines("missing.bgr"), 0,
                    MissingReport("missing.bgr")});
-  cases.push_back({"an unknown option is the file name", {"-xy"}, {}, MissingLines("-xy"), 0, MissingReport("-xy")});
   cases.push_back({"graph is not implemented", {"-gr", "x.tms"}, {}, "TEXTURESHOW_usage - not implemented\n"});
   cases.push_back({"an empty file lists only the bounds", {"e.bgr"}, {{"e.bgr", ""}}, kNoBounds});
   {

@@ -32,97 +32,72 @@ Files Inputs() {
           {"a.txd", "old txd"},        {"a.txp", "old txp"}, {"fix.txt", "<bgr-width-edges> 50 80\n<bgr-align-nodes> 0 9 2\n"}};
 }
 
-// The files of a folder, the report left out: it is no user file.
-Files Snapshot(const TempDir& dir) {
+// Every file of the folder (a subfolder's as "DIR/name"), the report left out.
+Files AllFiles(const TempDir& dir) {
   Files files;
-  for (const auto& entry : fs::directory_iterator(dir.path())) {
-    std::string name = entry.path().filename().string();
-    if (name != "report.txt") files[name] = dir.Read(name);
+  for (const auto& entry : fs::recursive_directory_iterator(dir.path())) {
+    std::string name = fs::relative(entry.path(), dir.path()).generic_string();
+    if (entry.is_regular_file() && name != "report.txt") files[name] = dir.Read(name);
   }
   return files;
 }
 
-Files RunIn(const std::vector<std::string>& args, long limit, ToolRun& run) {
-  TempDir dir;
-  for (const auto& [name, bytes] : Inputs()) dir.Write(name, bytes);
-  run = RunTool(BGRTOOL_PATH, dir.path(), args, limit);
-  return Snapshot(dir);
-}
-
-// Each run either does all of its work or fails with a message and leaves
-// every file as it was.
-TEST(Faults, EveryWritingCommandSucceedsWholeOrChangesNothing) {
-  const std::vector<std::vector<std::string>> commands = {
-      {"-mv1:2", "a.bgr", "b.bgr"}, {"-de3", "a.bgr", "b.bgr"}, {"-mg", "c.bgr", "a.bgr"}, {"-pg", "a.bgr"},
-      {"-rsfix.txt", "a.bgr"},      {"-txd", "a.bgr"},          {"-txp", "a.bgr"},         {"-txp0", "a.bgr"}};
-  int runs = 0;
-  for (const auto& args : commands) {
-    ToolRun run;
-    Files done = RunIn(args, -1, run);
-    ASSERT_EQ(run.exitStatus, 1) << args[0];
-    int failed = 0;
-    std::size_t largest = 0;
-    for (const auto& [name, bytes] : done) largest = std::max(largest, bytes.size());
-    for (long limit = 0; limit <= static_cast<long>(largest) + 64; limit += 61, ++runs) {
-      Files after = RunIn(args, limit, run);
-      if (run.exitStatus == 1) {
-        EXPECT_EQ(after, done) << args[0] << " at " << limit;
-      } else {
-        ++failed;
-        EXPECT_EQ(run.exitStatus, 0) << args[0] << " at " << limit;
-        EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << args[0] << " at " << limit;
-        EXPECT_EQ(after, Inputs()) << args[0] << " at " << limit;
-      }
-    }
-    EXPECT_GT(failed, 0) << args[0] << ": the limit never bit";
-  }
-  EXPECT_GT(runs, 100);
-}
-
-// The tile job writes two files, each whole or not at all: under any limit and
-// with any rename or sync failing, the tile file and the network are each
-// either as they were or as a full run leaves them, and a failure says so.
-// The job's exit value tells only whether the network was read.
-TEST(Faults, TheTileJobLeavesEachFileOldOrNewWhole) {
-  Files inputs = {{"a.bgr", Network(40, 0.5)}, {"a.TMS", "old tiles"}};
+// Runs a command in a fresh folder of 'inputs' under file-size limits swept
+// over its largest output, and with each failing call: every file ends as it
+// was or as a full run leaves it (no part file stays), and a run that didn't
+// finish every file says ERROR and exits with 'failedExit'.
+void SweepOldOrNew(const Files& inputs, const std::vector<std::string>& args, int failedExit,
+                   const std::vector<std::string>& calls = {}) {
   auto runIn = [&](long limit, const std::string& call, ToolRun& run) {
     TempDir dir;
     for (const auto& [name, bytes] : inputs) dir.Write(name, bytes);
-    run = RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}, limit, call);
-    return Snapshot(dir);
-  };
-  auto check = [&](const Files& after, const ToolRun& run, const Files& done, const std::string& what) {
-    EXPECT_EQ(run.exitStatus, 1) << what;
-    ASSERT_EQ(after.size(), 2u) << what;  // no part file left behind
-    for (const char* name : {"a.bgr", "a.TMS"}) {
-      bool old = after.at(name) == inputs.at(name), full = after.at(name) == done.at(name);
-      EXPECT_TRUE(old || full) << name << " " << what;
-      if (!full) {
-        EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << name << " " << what;
-      }
-    }
+    run = RunTool(BGRTOOL_PATH, dir.path(), args, limit, call);
+    return AllFiles(dir);
   };
   ToolRun run;
   Files done = runIn(-1, "", run);
-  ASSERT_NE(done.at("a.TMS"), inputs.at("a.TMS"));
-  ASSERT_NE(done.at("a.bgr"), inputs.at("a.bgr"));
+  ASSERT_EQ(run.exitStatus, 1) << args[0];
+  ASSERT_NE(done, inputs) << args[0];
+  std::size_t largest = 0;
+  for (const auto& [name, bytes] : done) largest = std::max(largest, bytes.size());
+  std::vector<std::pair<long, std::string>> faults;
+  for (long limit = 0; limit <= static_cast<long>(largest) + 64; limit += static_cast<long>(largest) / 40 + 1)
+    faults.emplace_back(limit, "");
+  for (const std::string& call : calls) faults.emplace_back(-1, call);
   int failed = 0;
-  long largest = static_cast<long>(done.at("a.TMS").size());
-  for (long limit = 0; limit <= largest + 64; limit += largest / 50 + 1) {
-    Files after = runIn(limit, "", run);
-    failed += after != done;
-    check(after, run, done, "limit " + std::to_string(limit));
+  for (const auto& [limit, call] : faults) {
+    Files after = runIn(limit, call, run);
+    std::string what = args[0] + " at " + std::to_string(limit) + " " + call;
+    for (const auto& [name, bytes] : after) {
+      bool old = inputs.count(name) && inputs.at(name) == bytes, full = done.count(name) && done.at(name) == bytes;
+      EXPECT_TRUE(old || full) << name << " " << what;
+    }
+    for (const auto& [name, bytes] : inputs) EXPECT_TRUE(after.count(name)) << name << " " << what;
+    if (after != done) {
+      ++failed;
+      EXPECT_EQ(run.exitStatus, failedExit) << what;
+      EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << what;
+    }
   }
-  EXPECT_GT(failed, 0);
-  for (std::string call : {"rename:1", "rename:2", "fsync:1", "fsync:3"}) {
-    Files after = runIn(-1, call, run);
-    EXPECT_NE(after, done) << call;
-    check(after, run, done, call);
-  }
+  EXPECT_GT(failed, 0) << args[0] << ": no fault bit";
 }
 
-// A script run saves each network and each PLY file whole or not at all:
-// under any limit every file is as it was or as a full run leaves it.
+TEST(Faults, EveryWritingCommandSucceedsWholeOrChangesNothing) {
+  for (const auto& args : std::vector<std::vector<std::string>>{{"-mv1:2", "a.bgr", "b.bgr"}, {"-de3", "a.bgr", "b.bgr"},
+                                                                {"-mg", "c.bgr", "a.bgr"}, {"-pg", "a.bgr"},
+                                                                {"-rsfix.txt", "a.bgr"}, {"-txd", "a.bgr"},
+                                                                {"-txp", "a.bgr"}, {"-txp0", "a.bgr"}})
+    SweepOldOrNew(Inputs(), args, 0);
+}
+
+// The tile job writes two files, each whole or not at all; its exit value
+// tells only whether the network was read.
+TEST(Faults, TheTileJobLeavesEachFileOldOrNewWhole) {
+  SweepOldOrNew({{"a.bgr", Network(40, 0.5)}, {"a.TMS", "old tiles"}}, {"-tm", "a.bgr"}, 1,
+                {"rename:1", "rename:2", "fsync:1", "fsync:3"});
+}
+
+// A script run saves each network and each PLY file whole or not at all.
 TEST(Faults, AScriptLeavesEachNetworkAndPlyFileOldOrNewWhole) {
   std::string dbd(56, '\0');
   dbd[16] = 2;
@@ -137,41 +112,12 @@ TEST(Faults, AScriptLeavesEachNetworkAndPlyFileOldOrNewWhole) {
   std::string script = "REF N27:46:40 E13:53:20\n";
   for (int i = 0; i < 60; ++i) script += "LIN " + std::to_string(i * 30) + " 0 " + std::to_string(i % 7) + " 75 15\nPOI " + std::to_string(i) + " 0 1\n";
   script += "REF N28:3:20 E13:53:20\nMOV 0 0 0 75 15\nLIN 0 0 500 75 15\nPOI 1 0 1\n";
-  Files inputs = {{"DATABASE/AIRPORT.DBD", dbd},
-                  {"DATABASE/AIRPORT.dbt", "aica,0,8,C\nalat,8,8,N\nalon,16,8,N\n"},
-                  {"DATA/LMMX.BGR", Network(30, 0.5)},
-                  {"DATA/LMMX.PLY", "ORG 1 2\nPOI 1 1\n"},
-                  {"s.txt", script}};
-  auto runIn = [&](long limit, ToolRun& run) {
-    TempDir dir;
-    for (const auto& [name, bytes] : inputs) dir.Write(name, bytes);
-    run = RunTool(BGRTOOL_PATH, dir.path(), {"-tes.txt"}, limit);
-    Files files;
-    for (const auto& entry : fs::directory_iterator(dir.path() + "/DATA")) {
-      files[entry.path().filename().string()] = dir.Read("DATA/" + entry.path().filename().string());
-    }
-    return files;
-  };
-  ToolRun run;
-  Files done = runIn(-1, run);
-  ASSERT_EQ(done.size(), 4u);  // LMMX and EGXX, each a network and a PLY file
-  std::size_t largest = 0;
-  for (const auto& [name, bytes] : done) largest = std::max(largest, bytes.size());
-  int failed = 0;
-  for (long limit = 0; limit <= static_cast<long>(largest) + 64; limit += static_cast<long>(largest) / 40 + 1) {
-    Files after = runIn(limit, run);
-    EXPECT_EQ(run.exitStatus, 1) << limit;
-    for (const auto& [name, bytes] : after) {
-      bool old = inputs.count("DATA/" + name) && inputs.at("DATA/" + name) == bytes;
-      bool full = done.count(name) && done.at(name) == bytes;
-      EXPECT_TRUE(old || full) << name << " at " << limit;
-      if (!full) {
-        ++failed;
-        EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << name << " at " << limit;
-      }
-    }
-  }
-  EXPECT_GT(failed, 0);
+  SweepOldOrNew({{"DATABASE/AIRPORT.DBD", dbd},
+                 {"DATABASE/AIRPORT.dbt", "aica,0,8,C\nalat,8,8,N\nalon,16,8,N\n"},
+                 {"DATA/LMMX.BGR", Network(30, 0.5)},
+                 {"DATA/LMMX.PLY", "ORG 1 2\nPOI 1 1\n"},
+                 {"s.txt", script}},
+                {"-tes.txt"}, 1);
 }
 
 // A failing rename or sync before the new file takes its place: the target
@@ -184,7 +130,7 @@ TEST(Faults, AFailingRenameOrSyncChangesNothing) {
       TempDir dir;
       for (const auto& [name, bytes] : Inputs()) dir.Write(name, bytes);
       ToolRun run = RunTool(BGRTOOL_PATH, dir.path(), args, -1, call);
-      Files after = Snapshot(dir);
+      Files after = AllFiles(dir);
       after.erase("_TEMP_.BGR");
       EXPECT_EQ(run.exitStatus, 0) << args[0] << " " << call;
       EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << args[0] << " " << call;

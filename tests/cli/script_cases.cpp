@@ -51,6 +51,11 @@ FileList With(FileList files, const FileList& more) {
   return files;
 }
 
+// A script run that succeeds, prints nothing and finds no exclusion list.
+CliCase Script(std::string name, FileList files, FileList expect, std::vector<std::string> absent = {}) {
+  return {std::move(name), {"-tes.txt"}, std::move(files), "", 1, kNoExclusions, std::move(expect), std::move(absent)};
+}
+
 std::string Org(double lat, double lon) {
   char text[96];
   std::snprintf(text, sizeof text, "ORG %f %f\n", lat, lon);
@@ -72,14 +77,9 @@ std::vector<CliCase> Cases() {
     BgrBuilder bgr;
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Node(100, 0, 200);
     bgr.Edge(0, 1, kW90, 15, 1).Edge(1, 2, kW75, 15, 1).Edge(2, 0, kW60, 15, 1).Edge(1, 0, kW75, 15, 1).End();
-    cases.push_back({"a script builds an airport's network and its PLY file",
-                     {"-tes.txt"},
-                     With(db, {{"s.txt", script}}),
-                     "",
-                     1,
-                     kNoExclusions,
-                     {{"DATA/LMMX.BGR", bgr.data},
-                      {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}}});
+    cases.push_back(Script("a script builds an airport's network and its PLY file", With(db, {{"s.txt", script}}),
+                           {{"DATA/LMMX.BGR", bgr.data},
+                            {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}}));
   }
   {
     // B lies 1000 arc-seconds north of A: far beyond 15000 ft
@@ -92,16 +92,11 @@ std::vector<CliCase> Cases() {
     a.Edge(0, 1, kW75, 15, 1).Edge(2, 3, kW75, 15, 1).End();
     BgrBuilder bb;
     bb.Origin(b.lat, b.lon).Node(0, 0, 0).Node(0, 0, 100).Edge(0, 1, kW75, 15, 1).End();
-    cases.push_back({"back at an airport its network is read again and its PLY file appended to",
-                     {"-tes.txt"},
-                     With(DatabaseFiles({kA, b}), {{"s.txt", script}}),
-                     "",
-                     1,
-                     kNoExclusions,
-                     {{"DATA/LMMX.BGR", a.data},
-                      {"DATA/EGXX.BGR", bb.data},
-                      {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPOI 2 2\n"},
-                      {"DATA/EGXX.PLY", Org(b.lat, b.lon)}}});
+    cases.push_back(Script("back at an airport its network is read again and its PLY file appended to",
+                           With(DatabaseFiles({kA, b}), {{"s.txt", script}}),
+                           {{"DATA/LMMX.BGR", a.data}, {"DATA/EGXX.BGR", bb.data},
+                            {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPOI 2 2\n"},
+                            {"DATA/EGXX.PLY", Org(b.lat, b.lon)}}));
   }
   for (double feet : {14999.5, 15000.5}) {
     // the second reference point lies this far north of A, and B 500 ft beyond it:
@@ -119,14 +114,9 @@ std::vector<CliCase> Cases() {
     } else {
       a.Edge(0, 1, kW75, 15, 1).End();
     }
-    CliCase c{stays ? "a reference point 14999 ft away stays with the open network"
-                    : "a reference point 15000 ft away leaves it and finds its own airport",
-              {"-tes.txt"},
-              With(DatabaseFiles({kA, b}), {{"s.txt", script}}),
-              "",
-              1,
-              kNoExclusions,
-              {{"DATA/LMMX.BGR", a.data}}};
+    CliCase c = Script(stays ? "a reference point 14999 ft away stays with the open network"
+                             : "a reference point 15000 ft away leaves it and finds its own airport",
+                       With(DatabaseFiles({kA, b}), {{"s.txt", script}}), {{"DATA/LMMX.BGR", a.data}});
     if (stays) {
       c.absent = {"DATA/EGYY.BGR", "DATA/EGYY.PLY"};
     } else {
@@ -137,27 +127,22 @@ std::vector<CliCase> Cases() {
     }
     cases.push_back(c);
   }
-  cases.push_back({"work far from every airport is thrown away",
-                   {"-tes.txt"},
-                   With(db, {{"s.txt", Ref(0, 0) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nPOI 1 0 1\nPLY x\n"}}),
-                   "",
-                   1,
-                   kNoExclusions,
-                   {},
-                   {"DATA/NONE.BGR", "DATA/NONE.PLY", "DATA/LMMX.BGR"}});
+  cases.push_back(Script("work far from every airport is thrown away",
+                         With(db, {{"s.txt", Ref(0, 0) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nPOI 1 0 1\nPLY x\n"}}), {},
+                         {"DATA/NONE.BGR", "DATA/NONE.PLY", "DATA/LMMX.BGR"}));
   {
     // a runway from A 10 arc-seconds north: 1012.78 ft
     std::string rwy749 = "RWY a b c d 749 148 " + Lat(kLatA) + " " + Lon(kLonA) + " " + Lat(kLatA + 10) + " " +
                          Lon(kLonA) + "\n";
     std::string rwy750 = "RWY a b c d 750 148.9 " + Lat(kLatA) + " " + Lon(kLonA) + " " + Lat(kLatA + 10) + " " +
                          Lon(kLonA) + "\n";
-    cases.push_back({"a runway of 749 ft makes nothing at all", {"-tes.txt"}, With(db, {{"s.txt", rwy749}}), "", 1,
-                     kNoExclusions, {}, {"DATA/LMMX.BGR", "DATA/LMMX.PLY"}});
+    cases.push_back(Script("a runway of 749 ft makes nothing at all", With(db, {{"s.txt", rwy749}}), {},
+                           {"DATA/LMMX.BGR", "DATA/LMMX.PLY"}));
     BgrBuilder bgr;
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, std::trunc(North(kLatA, kLatA + 10)));
     bgr.Edge(0, 1, kW148, 0, 0).End();
-    cases.push_back({"a runway of 750 ft is an edge from end to end", {"-tes.txt"}, With(db, {{"s.txt", rwy750}}), "",
-                     1, kNoExclusions, {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA)}}});
+    cases.push_back(Script("a runway of 750 ft is an edge from end to end", With(db, {{"s.txt", rwy750}}),
+                           {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA)}}));
   }
   {
     // a second runway drawn the other way, each end within 1000 ft of the old
@@ -174,9 +159,8 @@ std::vector<CliCase> Cases() {
     BgrBuilder bgr;
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, z).Node(x7, 0, z).Node(x7, 0, 0).Node(x22, 0, 0).Node(x22, 0, z);
     bgr.Edge(2, 3, kW148, 0, 0).Edge(4, 5, kW148, 0, 0).End();
-    cases.push_back({"a runway redrawn the other way replaces the old one", {"-tes.txt"},
-                     With(db, {{"s.txt", script}}), "", 1, kNoExclusions,
-                     {{"DATA/LMMX.BGR", bgr.data}}});
+    cases.push_back(Script("a runway redrawn the other way replaces the old one", With(db, {{"s.txt", script}}),
+                           {{"DATA/LMMX.BGR", bgr.data}}));
   }
   {
     std::string excl = "ARE 5 \"C:\\SCENERY\\MALTA\"\nXCL 10 99000 49000 101000 51000 1\nXCL 99 0 0 1 1 0\n";
@@ -203,45 +187,29 @@ std::vector<CliCase> Cases() {
                      {},
                      {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPLY \"x\"\n"}}});
   }
-  cases.push_back({"a cell restriction leaves out the airports of other cells",
-                   {"-ti000000", "-tes.txt"},
-                   With(db, {{"s.txt", Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
-                   "",
-                   1,
-                   kNoExclusions,
-                   {},
-                   {"DATA/LMMX.BGR", "DATA/LMMX.PLY"}});
+  {
+    CliCase c = Script("a cell restriction leaves out the airports of other cells",
+                       With(db, {{"s.txt", Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}), {},
+                       {"DATA/LMMX.BGR", "DATA/LMMX.PLY"});
+    c.args.insert(c.args.begin(), "-ti000000");
+    cases.push_back(c);
+  }
   {
     BgrBuilder sea;
     sea.Origin(170000, 1296000 - 440000).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
-    cases.push_back({"a code with a leading K names its network by the other three letters",
-                     {"-tes.txt"},
-                     With(db, {{"s.txt", Ref(170000, -440000) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
-                     "",
-                     1,
-                     kNoExclusions,
-                     {{"DATA/SEA.BGR", sea.data}},
-                     {"DATA/KSEA.BGR"}});
-    cases.push_back({"codes of three and five letters name no network",
-                     {"-tes.txt"},
-                     With(db, {{"s.txt", Ref(120000, 60000) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n" +
-                                             Ref(130000, 60000) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
-                     "",
-                     1,
-                     kNoExclusions,
-                     {},
-                     {"DATA/ABC.BGR", "DATA/ABCDE.BGR", "DATA/NONE.BGR"}});
+    const std::string line = "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n";
+    cases.push_back(Script("a code with a leading K names its network by the other three letters",
+                           With(db, {{"s.txt", Ref(170000, -440000) + line}}), {{"DATA/SEA.BGR", sea.data}},
+                           {"DATA/KSEA.BGR"}));
+    cases.push_back(Script("codes of three and five letters name no network",
+                           With(db, {{"s.txt", Ref(120000, 60000) + line + Ref(130000, 60000) + line}}), {},
+                           {"DATA/ABC.BGR", "DATA/ABCDE.BGR", "DATA/NONE.BGR"}));
     // 10 arc-seconds west of the 180th meridian finds the airport 10 east of it
     double x = std::trunc(East(150000, 647990, 1296000 - 647990));
     BgrBuilder nz;
     nz.Origin(150000, 647990).Node(x, 0, 0).Node(x + 100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
-    cases.push_back({"the search for an airport crosses the 180th meridian",
-                     {"-tes.txt"},
-                     With(db, {{"s.txt", Ref(150000, -647990) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
-                     "",
-                     1,
-                     kNoExclusions,
-                     {{"DATA/NZXX.BGR", nz.data}}});
+    cases.push_back(Script("the search for an airport crosses the 180th meridian",
+                           With(db, {{"s.txt", Ref(150000, -647990) + line}}), {{"DATA/NZXX.BGR", nz.data}}));
   }
   cases.push_back({"a script that can't be opened fails and writes nothing", {"-tenone.txt"}, db, "", 0,
                    {"INFO: WrapFileOpen(none.txt, [00] r) failed", "INFO: WrapFileOpen(excllist.txt, [00] r) failed"},

@@ -19,40 +19,6 @@ class TaxiwayListTest : public ::testing::Test {
   TaxiwayList list{run.ctx};
 };
 
-TEST_F(TaxiwayListTest, LoadCutsCoordinatesAndSaveSkipsDeadEdges) {
-  BgrBuilder b;
-  b.Origin(10, 20).Node(1.9, 0, -1.9).Node(5, 0, 5).Node(5.5, 0, 5.5);
-  b.Edge(0, 1, 16906, 3, 1).Edge(1, 2, 17096, 15, 0).Edge(0, 2, 17096, 0, 1).End();
-  dir.Write("a.bgr", b.data);
-  ASSERT_EQ(list.Load("A.BGR", 0), 1);
-  EXPECT_EQ(list.state, NetState::kOpen);
-  EXPECT_EQ(list.points.count(), 3);
-  EXPECT_EQ(list.points[0].x, 1);
-  EXPECT_EQ(list.points[0].z, -1);
-  EXPECT_EQ(list.edges[0].width, 25);
-  EXPECT_EQ(list.plyName, "A.PLY");
-  list.edges[2].start = -1;  // deleted
-  ASSERT_EQ(list.Save("b.bgr"), 1);
-  EXPECT_EQ(list.points.count(), 0);
-  // edge 1-2 joins two points that coincide once cut: gone; all points stay
-  BgrBuilder want;
-  want.Origin(10, 20).Node(1, 0, -1).Node(5, 0, 5).Node(5, 0, 5).Edge(0, 1, 16904, 3, 1).End();
-  EXPECT_EQ(dir.Read("b.bgr"), want.data);
-}
-
-TEST_F(TaxiwayListTest, SaveRefusesEmptyNetworksAndTheNoneName) {
-  list.points.Add(1, 1, 1, -1);
-  EXPECT_EQ(list.Save("x.bgr"), 0);
-  EXPECT_FALSE(dir.Exists("x.bgr"));
-  list.points.Add(1, 1, 1, -1);
-  list.points.Add(2, 2, 2, -1);
-  list.edges[0] = {0, 1, 50, 1, 0};
-  list.edgeCount = 1;
-  EXPECT_EQ(list.Save("DATA\\NONE.BGR"), 0);
-  EXPECT_EQ(list.edgeCount, 0);
-  EXPECT_FALSE(dir.Exists("DATA"));
-}
-
 TEST_F(TaxiwayListTest, NodeLimitStopsEdges) {
   BgrBuilder b;
   b.Origin(0, 0);

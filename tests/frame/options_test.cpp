@@ -30,24 +30,6 @@ TEST(Options, ValueScansKeepWhatDoesntScan) {
   EXPECT_EQ(s.vmax, 9);
 }
 
-TEST(Options, LastModeWinsSettingsAccumulate) {
-  Settings s;
-  EXPECT_EQ(ScanAll({"-mv1:2", "-de3:4", "in.bgr"}, s), 2);
-  EXPECT_EQ(s.mode, Mode::DeleteEdges);
-  EXPECT_EQ(s.vmin, 3);
-  EXPECT_EQ(s.vmax, 4);
-  EXPECT_DOUBLE_EQ(s.north, 1.0);
-  Settings t;
-  ScanAll({"-ls", "-pr0"}, t);
-  EXPECT_EQ(t.printValues, 0);
-  Settings u;
-  ScanAll({"-pr0", "-ls"}, u);
-  EXPECT_EQ(u.printValues, 1);
-  Settings v;
-  ScanAll({"-prff"}, v);
-  EXPECT_EQ(v.printValues, 255);
-}
-
 TEST(Options, WhichArgumentsAreOptions) {
   struct Case {
     const char* arg;
@@ -63,19 +45,6 @@ TEST(Options, WhichArgumentsAreOptions) {
     Settings s;
     EXPECT_EQ(ScanOption(c.arg, s), c.taken) << '"' << c.arg << '"';
   }
-}
-
-TEST(Options, TextNamesAndCells) {
-  Settings s;
-  ScanAll({"-teSCRIPT.TXT", "-ti012345"}, s);
-  EXPECT_EQ(s.mode, Mode::Script);
-  EXPECT_EQ(s.textName, "SCRIPT.TXT");
-  EXPECT_EQ(s.refCell.column, 12);
-  EXPECT_EQ(s.refCell.band, 345);
-  Settings t;
-  ScanAll({"-txp0", "-txp"}, t);
-  EXPECT_EQ(t.mode, Mode::TxpExport);
-  EXPECT_EQ(t.txpLevel, 0);
 }
 
 }  // namespace

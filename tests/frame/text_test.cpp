@@ -8,19 +8,6 @@
 namespace bgr {
 namespace {
 
-TEST(Text, NextTokenWalksFieldsAndQuotes) {
-  std::string_view cursor = "  \"a b\" c";
-  EXPECT_EQ(NextToken(cursor), "a b");
-  EXPECT_EQ(NextToken(cursor), "c");
-  EXPECT_EQ(NextToken(cursor), "");
-  std::string_view open = " \"rest of it";
-  EXPECT_EQ(NextToken(open), "rest of it");
-  EXPECT_TRUE(open.empty());
-  std::string_view tabbed = "\tone\ttwo";
-  EXPECT_EQ(NextToken(tabbed), "one");
-  EXPECT_EQ(tabbed, "\ttwo");
-}
-
 TEST(Text, LongArithmeticWrapsAndCuts) {
   constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
   constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();

@@ -18,47 +18,6 @@ TEST(Planar, RoundCoordCutsNegatives) {
   EXPECT_EQ(RoundCoord(-10.5), -10);
 }
 
-TEST(Planar, AnglesRunFromMinusHalfPiToThreeHalvesPi) {
-  EXPECT_DOUBLE_EQ(PointAngle(0, 0, 0, 0), kPi / 2);
-  EXPECT_DOUBLE_EQ(PointAngle(0, 0, -1, 0), kPi);
-  EXPECT_DOUBLE_EQ(PointAngle(0, 0, -1, -1), kPi + kPi / 4);
-  EXPECT_DOUBLE_EQ(PointAngle(0, 0, 0, -3), -kPi / 2);
-  EXPECT_DOUBLE_EQ(TurnAngle(0, 0, 1, 1, 2, 2), 0);
-  EXPECT_NEAR(std::fabs(TurnAngle(0, 0, 1, 0, 0, 0)), kPi, 1e-12);
-  EXPECT_NEAR(TurnAngle(0, 0, 1, 0, 1, 1), kPi / 2, 1e-12);  // left turn is positive
-}
-
-TEST(Planar, ZeroLengthLine) {
-  PlaneLine l;
-  l.Set(3, 4, 3, 4);
-  EXPECT_EQ(l.slope, kVerticalSlope);
-  EXPECT_EQ(l.flat, 1);
-  EXPECT_EQ(l.length, 0);
-  EXPECT_DOUBLE_EQ(l.angle, kPi / 2);
-  EXPECT_EQ(l.YAtX(7), 0.0);
-  EXPECT_EQ(l.XAtY(7), 0.0);
-  l.Extend(5, 5);
-  l.Shift(5);
-  EXPECT_EQ(l.x1, 3);
-  EXPECT_EQ(l.y2, 4);
-}
-
-TEST(Planar, VerticalAndHorizontalLines) {
-  PlaneLine v, h;
-  v.Set(10, 0, 10, 100);
-  h.Set(0, 50, 100, 50);
-  EXPECT_EQ(v.YAtX(10), 0.0);
-  EXPECT_EQ(h.XAtY(50), 0.0);
-  EXPECT_EQ(v.Offset(13, 0), 3);
-  double x = 0, y = 0;
-  ASSERT_TRUE(v.Intersect(h, &x, &y, 0));
-  EXPECT_EQ(x, 10);
-  EXPECT_EQ(y, 50);
-  EXPECT_FALSE(h.Intersect(h, &x, &y, 0));
-  EXPECT_EQ(v.LineDistance(4, 77), 6);
-  EXPECT_EQ(h.SideOf(1, 60), 1);
-}
-
 TEST(Planar, IntersectRefusesNearlyParallelLinesWithMinAngle) {
   const double fiveDegrees = 5 * kPi / 180;
   PlaneLine a, b;

@@ -18,21 +18,6 @@ TEST(TexPoints, ToleranceIsABoxPerAxis) {
   EXPECT_EQ(t.count(), 4);
 }
 
-TEST(TexPoints, FirstMatchIsTheLowestNumber) {
-  TEXPOINTS t;
-  t.Add(0, 0, 0, -1);
-  t.Add(100, 0, 0, -1);
-  t.Add(8, 0, 0, -1);
-  // 9 is within 10 of points 0 and 2: the lower number wins
-  EXPECT_EQ(t.Add(9, 0, 0, 10), 0);
-  EXPECT_EQ(t.Add(95, 0, 0, 10), 1);
-  std::int32_t counts[8] = {};
-  t.Add(1, 0, 0, 5, counts);
-  t.Add(50, 0, 0, 5, counts);
-  EXPECT_EQ(counts[0], 1);
-  EXPECT_EQ(counts[3], 1);
-}
-
 TEST(TexPoints, FullTableReturnsMatchesAndZeroForNewcomers) {
   TEXPOINTS t(2);
   t.Add(1, 1, 1, 0);

@@ -170,55 +170,5 @@ TEST(Check, ForeseenSnapsAreWhatTheJobDoes) {
   EXPECT_NE(r.Find("snap-to-taxiway")->message.find("edge 3 "), std::string::npos);
 }
 
-// Two long taxiways that cross in their middles, and a chain of 'extra' more.
-std::string Crossing(int extra) {
-  BgrBuilder b;
-  b.Origin(0, 0).Node(-1000, 0, 0).Node(1000, 0, 0).Node(0, 0, -1000).Node(0, 0, 1000);
-  for (int i = 0; i <= extra; ++i) b.Node(5000 + 600 * i, 0, 5000);
-  b.Edge(0, 1, kWidth100, 15, 1).Edge(2, 3, kWidth100, 15, 1);
-  for (int i = 0; i < extra; ++i) b.Edge(4 + i, 5 + i, kWidth100, 15, 1);
-  return b.End().data;
-}
-
-TEST(Check, ForeseenCrossingsAreWhatTheJobDoes) {
-  struct {
-    int extra;
-    const char* says;
-    std::size_t edgesAfter;
-  } cases[] = {{98, "-tm splits both there", 102}, {99, "-tm splits no crossing", 101}};
-  for (const auto& c : cases) {
-    Rehearsed r(Crossing(c.extra), "");
-    const auto* f = r.Find("crossing-taxiways");
-    ASSERT_NE(f, nullptr) << c.extra;
-    EXPECT_EQ(bgr::kit::FormatFinding(*f).substr(0, 56), "warning crossing-taxiways edge 0 (0,0): crosses edge 1 w");
-    EXPECT_NE(f->message.find(c.says), std::string::npos) << f->message;
-    EXPECT_EQ(r.after.edges.size(), c.edgesAfter) << c.extra;
-  }
-}
-
-TEST(Check, ForeseenYellowLinesAndApronsAreWhatTheJobDoes) {
-  BgrBuilder b;
-  b.Origin(0, 0).Node(0, 0, 0).Node(1000, 0, 0);
-  b.Edge(0, 1, kWidth100, 15, 0);
-  for (int i = 0; i < 100; ++i) b.Edge(0, 1, kWidth100, 2, 1);
-  std::string ply = "ORG 0 0\n"
-                    "POI 0 0\nPOI 100 0\nPOI 100 100\nPOI 0 0\nPLY \"ring\"\n"            // closes on its start
-                    "POI 0 500\nPOI 100 600\nPOI 100 500\nPOI 0 600\nPLY \"bow tie\"\n"   // sides cross
-                    "POI 0 900\nPOI 100 900\nPOI 200 900\nPOI 300 900\nPOI 400 900\nPLY \"flat\"\n"  // no area
-                    "LGT 1 2 3 4\n";
-  Rehearsed r(b.End().data, ply);
-  ASSERT_NE(r.Find("yellow-lines-dropped"), nullptr);
-  EXPECT_EQ(r.after.edges.size(), 1u);  // the write-back left every yellow line out
-  std::vector<std::string> polygonCodes;
-  for (const auto& f : r.findings)
-    if (f.object == "polygon") polygonCodes.push_back(std::to_string(f.number) + " " + f.code);
-  std::sort(polygonCodes.begin(), polygonCodes.end());
-  EXPECT_EQ(polygonCodes, (std::vector<std::string>{"1 closed-ring", "2 self-intersecting", "3 triangulation-fails"}));
-  ASSERT_NE(r.Find("light-numbers"), nullptr);
-  std::string out = r.run.console.Take();
-  EXPECT_NE(out.find("WARNING:TaxiwayList::ReadPly() shifting points"), std::string::npos) << out;
-  EXPECT_NE(out.find("GenerateApronPolygons - triangulation failed"), std::string::npos) << out;
-}
-
 }  // namespace
 }  // namespace bgrtest

@@ -24,14 +24,6 @@ TEST(PathText, SetExtensionKeepsTheSystemsQuirks) {
   }
 }
 
-TEST(PathText, HasExtensionIgnoresCase) {
-  EXPECT_TRUE(HasExtension("A.TMS", "tms"));
-  EXPECT_TRUE(HasExtension("dir\\a.tMs", "TMS"));
-  EXPECT_FALSE(HasExtension("A", "tms"));
-  EXPECT_FALSE(HasExtension("A.TMSX", "tms"));
-  EXPECT_TRUE(HasExtension("A", ""));
-}
-
 TEST(PathText, PathParts) {
   EXPECT_EQ(FileNamePart("a\\b\\c.x"), "c.x");
   EXPECT_EQ(FileNamePart("c.x"), "c.x");
@@ -48,15 +40,6 @@ TEST(PathText, PathParts) {
   EXPECT_FALSE(PathIsRooted("a\\b"));
   EXPECT_EQ(FindLastInName("x.y.z", '.'), 3u);
   EXPECT_EQ(FindLastInName(".abc", '.'), 4u);
-}
-
-TEST(PathText, FindAndCompareIgnoringCase) {
-  EXPECT_EQ(FindNoCase("xxABcd", "abc", -1), 2u);
-  EXPECT_EQ(FindNoCase("xxABcd", "abzz", 2), 2u);
-  EXPECT_EQ(FindNoCase("xx", "abc", -1), std::string_view::npos);
-  EXPECT_EQ(CompareNoCase("abc", "ABC"), 0);
-  EXPECT_LT(CompareNoCase("ab", "abc"), 0);
-  EXPECT_EQ(CompareNoCase("abcd", "ABzz", 2), 0);
 }
 
 }  // namespace

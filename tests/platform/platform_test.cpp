@@ -49,12 +49,4 @@ TEST(Platform, Wildcards) {
     EXPECT_EQ(platform::WildcardMatch(c.pattern, c.name), c.match) << c.pattern << " " << c.name;
 }
 
-TEST(Platform, RemoveLeavesFolders) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
-  dir.Write("d/x", "1");
-  EXPECT_FALSE(platform::RemoveFile("d"));
-  EXPECT_TRUE(platform::RemoveFile("D\\X"));
-}
-
 }  // namespace

@@ -20,27 +20,6 @@ struct Pen {
   ScriptNetwork pen{net, db};
 };
 
-TEST(ScriptNetwork, PointsWithinFiveFeetMergeAndEdgesDrawnTwiceKeepTheWiderWidth) {
-  Pen p;
-  p.pen.MoveTo(0, 0, 0, 0, 0);
-  p.pen.LineTo(100, 0, 0, 75, 15, 1);
-  p.pen.LineTo(105, 5, -5, 75, 15, 1);  // 5 ft on each axis: the same point, so no edge
-  EXPECT_EQ(p.net.edgeCount, 1);
-  EXPECT_EQ(p.net.points.count(), 2);
-  p.pen.LineTo(105, 6, 0, 75, 15, 1);  // y counts too: 6 ft is another point
-  EXPECT_EQ(p.net.points.count(), 3);
-  EXPECT_EQ(p.net.edgeCount, 2);
-  p.pen.MoveTo(0, 0, 0, 0, 0);
-  p.pen.LineTo(104, 0, 5, 90, 3, 1);  // the first edge again, wider: its flags stay
-  ASSERT_EQ(p.net.edgeCount, 2);
-  EXPECT_EQ(p.net.edges[0].width, 90);
-  EXPECT_EQ(p.net.edges[0].flags, 15);
-  p.pen.LineTo(0, 0, 0, 60, 15, 1);  // the other way: an edge of its own
-  EXPECT_EQ(p.net.edgeCount, 3);
-  p.pen.LineTo(0, 0, 0, 60, 15, 0);  // from a point to itself: nothing
-  EXPECT_EQ(p.net.edgeCount, 3);
-}
-
 TEST(ScriptNetwork, NoMoreThan5999EdgesAndTheLastRecordStaysThePen) {
   Pen p;
   p.pen.MoveTo(0, 0, 0, 0, 0);

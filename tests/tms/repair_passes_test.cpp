@@ -70,38 +70,6 @@ TEST(RepairPasses, AngledTaxiwaysSnapFromTwentyDegreesAndGetOneStub) {
   }
 }
 
-TEST(RepairPasses, CrossingTaxiwaysAreSplitOnlyInSmallNetworks) {
-  for (int extra : {98, 99}) {
-    // two crossing taxiways, and short taxiways far away to make up the count
-    std::vector<TEXPOINT> points = {{-1000, 0, 0}, {1000, 0, 0}, {0, 0, -1000}, {0, 0, 1000}};
-    std::vector<TaxiwayEdge> edges = {{0, 1, 75, kTaxiway, kFlags}, {2, 3, 75, kTaxiway, kFlags}};
-    for (int i = 0; i < extra; ++i) {
-      std::int32_t n = static_cast<std::int32_t>(points.size());
-      points.push_back({50000 + i * 10, 0, 50000});
-      points.push_back({50000 + i * 10, 0, 50600});
-      edges.push_back({n, n + 1, 75, kTaxiway, kFlags});
-    }
-    bgrtest::TestRun run;
-    TmsJob job(run.ctx);
-    for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
-    for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
-    job.PrepareNetwork();
-    std::int32_t before = job.EdgeCount();
-    MakeTaxiwayTaxiwayIntersections(job);
-    EXPECT_EQ(run.console.Take(), "MakeTaxiwayTaxiwayIntersections() edges=" + std::to_string(extra + 2) + "\n");
-    if (extra + 2 <= 100) {
-      ASSERT_EQ(job.EdgeCount(), before + 2);
-      std::int32_t cross = job.Edge(0).end;
-      EXPECT_TRUE(job.network.points[cross].Equals(0, 0, 0));
-      EXPECT_EQ(job.Mark(cross), 4);
-      EXPECT_EQ(job.Edge(before).start, cross);
-      EXPECT_EQ(job.Edge(before).end, 1);
-    } else {
-      EXPECT_EQ(job.EdgeCount(), before);
-    }
-  }
-}
-
 TEST(RepairPasses, EndPointsSnapOnToTaxiwaysFromEitherSide) {
   // one stops 100 ft short of the long taxiway, one overshoots it by 100 ft,
   // one stops 151 ft short and stays

@@ -8,7 +8,6 @@
 #include <memory>
 
 #include "support/test_run.h"
-#include "tms/repair_passes.h"
 #include "tms/tile_shapes.h"
 #include "tms/tms_job.h"
 
@@ -20,20 +19,12 @@ using bgrtest::Shape;
 using bgrtest::ShapesOf;
 using bgrtest::SortedCorners;
 
-constexpr std::int32_t kFlags = 15;
-
 // A network in feet, run through the job up to its taxiway polygons, all in one tile.
 struct Polygons {
-  Polygons(std::initializer_list<TEXPOINT> points, std::initializer_list<TaxiwayEdge> edges, bool repair = false) {
+  Polygons(std::initializer_list<TEXPOINT> points, std::initializer_list<TaxiwayEdge> edges) {
     for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
     for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
     job.PrepareNetwork();
-    if (repair) {
-      SnapEndPointsToRunways(job);
-      MakeRunwayExitStubs(job);
-      MakeTaxiwayTaxiwayIntersections(job);
-      SnapEndPointsToTaxiways(job);
-    }
     job.FillTaxiList();
     bgrtest::OneTile(job.grid);
     TaxiPolygons(job).Generate();
@@ -71,26 +62,6 @@ TEST(BuildRibbon, InsetsKeepAtLeast25Feet) {
   }
 }
 
-TEST(TaxiPolygons, ATaxiwaySquareOnARunwayEndsShortAndFilletsIntoItsStubs) {
-  Polygons p({{-2000, 0, 0}, {2000, 0, 0}, {0, 0, -570}, {0, 0, 30}},
-             {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}}, true);
-  ASSERT_EQ(p.job.taxiList.count(), 3);
-  const auto& stub = p.job.taxiList.At(1)->corners;
-  EXPECT_EQ(stub[0].x, -38400);
-  EXPECT_EQ(stub[0].z, -19200);
-  EXPECT_EQ(stub[2].x, -51200);
-  EXPECT_EQ(stub[2].z, 19200);
-  std::vector<Shape> pave = p.Layer(0);
-  // the taxiway's ribbon, the fillet to each stub; the stubs have no pavement and
-  // their joint with each other makes nothing
-  ASSERT_EQ(pave.size(), 1u + 12u + 12u);
-  EXPECT_EQ(pave[0].Sorted(), SortedCorners({{-9600, -145920}, {9600, -145920}, {9600, -38400}, {-9600, -38400}}));
-  EXPECT_TRUE(pave[1].Has({-38400, -19200}) && pave[1].Has({-38400, 19200}));
-  EXPECT_TRUE(pave[12].Has({9600, -38400}) && pave[12].Has({-9600, -38400}));
-  // halfway on the outer curve (-38400, 19200), (9600, 19200), (9600, -38400)
-  EXPECT_TRUE(pave[6].Has({-2400, 4800}));
-}
-
 enum class Joint { kNothing, kStraight, kFillet };
 
 // Two edges of 3000 ft that meet at (3000, 0) ft, the second turned by the angle.
@@ -119,21 +90,6 @@ TEST(TaxiPolygons, TheTurnDecidesTheJoint) {
       {-150.5, Joint::kNothing},
   };
   for (const Case& c : cases) EXPECT_EQ(JointAtTurn(c.degrees), c.joint) << c.degrees;
-}
-
-TEST(TaxiPolygons, AtAJunctionASharpTurnLeavesNothing) {
-  // three edges meet at (3000, 0); edges 0 and 1 turn by 102 degrees
-  double a = 102 * kPi / 180;
-  auto x = static_cast<std::int32_t>(std::lround(3000 + 3000 * std::cos(a)));
-  auto z = static_cast<std::int32_t>(std::lround(3000 * std::sin(a)));
-  Polygons p({{0, 0, 0}, {3000, 0, 0}, {x, 0, z}, {3000, 0, -3000}},
-             {{0, 1, 20, kTaxiway, 1}, {1, 2, 20, kTaxiway, 1}, {1, 3, 20, kTaxiway, 1}});
-  EXPECT_EQ(p.job.Mark(1), 3);
-  // three ribbons; joint 0-1 turns by 102 degrees, 0-2 by 90, and 1-2, coming
-  // back along edge 1, by 12 degrees: a fillet and a straight quad, no more
-  std::size_t joints = p.Layer(0).size() - 3;
-  Polygons right({{0, 0, 0}, {3000, 0, 0}, {3000, 0, -3000}}, {{0, 1, 20, kTaxiway, 1}, {1, 2, 20, kTaxiway, 1}});
-  EXPECT_EQ(joints, right.Layer(0).size() - 2 + 1);
 }
 
 TEST(DrawFillet, StepsAndEdgeLightsFollowTheCurveLength) {
@@ -172,17 +128,6 @@ TEST(DrawQuad, ACentreStripNeedsAnEndWiderThanAFoot) {
       EXPECT_EQ(strips[0].Sorted(), SortedCorners({{0, 1}, {0, 257}, {5000, 1}, {5000, 257}}));
     }
   }
-}
-
-TEST(YellowLine, IsAFootWideStripFromPointToPoint) {
-  TileGrid grid;
-  bgrtest::OneTile(grid);
-  GenerateYellowLine(grid, 0, 0, 0, 0);
-  EXPECT_TRUE(ShapesOf(grid, 2).empty());
-  GenerateYellowLine(grid, 0, 0, 2560, 0);
-  std::vector<Shape> strips = ShapesOf(grid, 2);
-  ASSERT_EQ(strips.size(), 1u);
-  EXPECT_EQ(strips[0].Sorted(), SortedCorners({{0, -128}, {0, 128}, {2560, -128}, {2560, 128}}));
 }
 
 }  // namespace

@@ -50,37 +50,6 @@ class Clip : public ::testing::Test {
   TileGrid grid;
 };
 
-TEST_F(Clip, LineIsCutAtEachGridLineInEitherDirection) {
-  for (bool reversed : {false, true}) {
-    TileGrid g;
-    g.TileSize = 128000;
-    if (reversed) {
-      g.ClipLine(3, 300000, 0, 0, 0, 0x305);
-    } else {
-      g.ClipLine(3, 0, 0, 300000, 0, 0x305);
-    }
-    auto pieces = Pieces(g, 3);
-    ASSERT_EQ(pieces.size(), 3u);
-    const std::int32_t ends[3][2] = {{0, 128000}, {128000, 256000}, {256000, 300000}};
-    for (int i = 0; i < 3; ++i) {
-      EXPECT_EQ(pieces[i].tileX, i);
-      EXPECT_EQ(pieces[i].tileZ, 0);
-      EXPECT_EQ(pieces[i].corners[0].x, ends[i][0]);
-      EXPECT_EQ(pieces[i].corners[1].x, ends[i][1]);
-    }
-    EXPECT_EQ(g.Tile(0, 0).polygons[3].First()->attr, 0x305);
-  }
-}
-
-TEST_F(Clip, LinesOnAndUpToGridLinesStayWhole) {
-  grid.ClipLine(2, 128000, 0, 128000, 100000, 0);
-  grid.ClipLine(2, 100000, 0, 128000, 0, 0);
-  auto pieces = Pieces(grid, 2);
-  ASSERT_EQ(pieces.size(), 2u);
-  EXPECT_EQ(pieces[0].tileX, 0);  // 100000..128000: the mean decides
-  EXPECT_EQ(pieces[1].tileX, 1);
-}
-
 TEST_F(Clip, ReachMarginOfFive) {
   // the tip P3 reaches 4 past the next grid line: not cut again
   grid.ClipTriangle(0, 100000, 0, 100000, 1000, 256004, 500);
@@ -98,22 +67,6 @@ TEST_F(Clip, QuadsInOneTileStayWholeAndWindClockwise) {
   ASSERT_EQ(pieces.size(), 2u);
   EXPECT_EQ(pieces[0].numbers, (std::vector<std::int32_t>{3, 2, 1, 0}));
   EXPECT_EQ(pieces[1].numbers, (std::vector<std::int32_t>{0, 1, 2, 3}));
-}
-
-TEST_F(Clip, SharedCornersShareThePoints) {
-  grid.ClipTriangle(0, 0, 0, 1000, 0, 0, 1000);
-  grid.ClipTriangle(0, 1000, 0, 1000, 1000, 0, 1000);
-  EXPECT_EQ(grid.Tile(0, 0).points[0].count(), 4);
-}
-
-TEST_F(Clip, TileIndexOutsideTheGridIsZero) {
-  EXPECT_EQ(grid.TileIndexX(-1), 0);
-  EXPECT_EQ(grid.TileIndexX(8 * 128000), 0);
-  EXPECT_EQ(grid.TileIndexX(7 * 128000), 7);
-  EXPECT_EQ(grid.TileKey(128000, 256000), 256 + 2);
-  TileGrid unset;
-  EXPECT_EQ(unset.TileIndexX(256000), 1);
-  EXPECT_EQ(unset.TileSize, 256000);
 }
 
 // Pieces of random shapes add up to the shape, each stored in the tile its mean lies in.
