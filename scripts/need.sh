@@ -20,7 +20,6 @@ need_packages() {
         [ -f /usr/include/nlohmann/json.hpp ] || missing+=(nlohmann-json3-dev)
         [ -f /usr/include/cairo/cairo.h ] || missing+=(libcairo2-dev)
         command -v pkg-config >/dev/null || missing+=(pkg-config)
-        [ -f /usr/include/libxml2/libxml/parser.h ] || missing+=(libxml2-dev)
         ls /usr/lib/*/librsvg-2.so.2 >/dev/null 2>&1 || missing+=(librsvg2-2)
         ;;
     esac

@@ -31,9 +31,17 @@ rc=0 && (cd "$work" && PATH="$root/usr/bin:$PATH" bgrtool -tm LMML.BGR >/dev/nul
 rm -rf "$root" "$work"
 
 CC=clang CXX=clang++ cmake -S . -B build-san -DCMAKE_BUILD_TYPE=Debug -DBGRTOOL_TESTS=ON -DBGRTOOL_SANITIZE=ON \
-  -DBGRTOOL_WERROR=ON >/dev/null
+  -DBGRTOOL_BENCH=ON -DBGRTOOL_WERROR=ON >/dev/null
 cmake --build build-san -j "$jobs"
 (cd build-san && ctest --output-on-failure)
+# the largest airports the tables hold, each benchmark's run once under the
+# sanitizers: -tm, check and render at 12000 points and 6000 edges run clean
+for b in build-san/bench/bgrtool_bench build-san/bench/bgrkit_bench; do
+  if [ -x "$b" ]; then
+    out=$("$b" --benchmark_filter='TmsJob/6000|Kit' --benchmark_min_time=0 2>&1)
+    if grep -q 'ERROR OCCURRED' <<<"$out"; then echo "$out"; exit 1; fi
+  fi
+done
 
 BGRTOOL_TEST_WRAPPER="valgrind -q --error-exitcode=99" BGRTOOL_REPEAT_STRIDE=29 build/tests/bgrtool_cli_tests \
   --gtest_filter=-Faults.* \

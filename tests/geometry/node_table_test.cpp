@@ -41,16 +41,5 @@ TEST(KeptNodes, RenumberingAgreesWithAPlainWalk) {
   }
 }
 
-TEST(NodeTableTest, OneMoreThanTheTableHoldsIsAFatalStop) {
-  NodeTable t("no memory");
-  for (int i = 0; i < kNodeTableSize; ++i) insert_double_points(t, i, 0, 0);
-  try {
-    insert_double_points(t, 0, 0, 0);
-    FAIL() << "no fatal stop";
-  } catch (const FatalStop& stop) {
-    EXPECT_EQ(stop.format, "insert_double_points failed");
-  }
-}
-
 }  // namespace
 }  // namespace bgr

@@ -43,30 +43,5 @@ TEST(Planar, SegmentDistanceDecidesOnTheLongerAxis) {
   EXPECT_FALSE(l.IsNear(103, 54, 4.9));
 }
 
-TEST(RefCellTest, BandsAndColumns) {
-  GeoAngle lat, lon;
-  lat.SetLatitude(0);
-  lon.SetLongitude(3600);
-  RefCell c;
-  ASSERT_EQ(c.Set(lat, lon), 1);
-  EXPECT_EQ(c.band, 128);
-  lat.SetLatitude(-1);
-  ASSERT_EQ(c.Set(lat, lon), 1);
-  EXPECT_EQ(c.band, 127);
-  lat.SetLatitude(89 * 3600.0);
-  EXPECT_EQ(c.Set(lat, lon), 0);
-  lat.SetLatitude(0);
-  lon.hemisphere = 'W';
-  lon.degrees = 0;
-  lon.minutes = 0;
-  lon.seconds = 1;
-  lon.ticks = 0;
-  ASSERT_EQ(c.Set(lat, lon), 1);
-  EXPECT_EQ(c.column, 256);
-  EXPECT_NEAR(BandEdge(255), 85.079, 0.001);
-  RefCell a{1, 5, 6}, b{2, 5, 6};
-  EXPECT_TRUE(a.Matches(b));
-}
-
 }  // namespace
 }  // namespace bgr

@@ -144,30 +144,41 @@ struct Rehearsed {
 
 constexpr std::int32_t kWidth100 = 17096, kWidth150 = 17224;
 
-TEST(Check, ForeseenSnapsAreWhatTheJobDoes) {
-  // a runway; one taxiway end 30 ft past its line, one 200 ft short of it;
-  // a taxiway ending 100 ft short of another, and one 200 ft short
+// What check foresees of -tm, against what -tm then does to the same files.
+TEST(Check, ForeseenRepairsAreWhatTheJobDoes) {
+  // a runway; a taxiway end 30 ft past its line (snapped), one 200 ft short (a
+  // near miss); a taxiway end 100 ft short of another (snapped), one 200 ft
+  // short (a near miss); two taxiways that cross in their middles (split)
   BgrBuilder b;
   b.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 30).Node(1500, 0, -800).Node(1500, 0, -200);
   b.Node(-3000, 0, -3000).Node(-3000, 0, -1000).Node(-2900, 0, -2000).Node(-2000, 0, -2000);
   b.Node(-3200, 0, -1500).Node(-4000, 0, -1500);
+  b.Node(5000, 0, 5000).Node(7000, 0, 5000).Node(6000, 0, 4000).Node(6000, 0, 6000);
   b.Edge(0, 1, kWidth150, 15, 0).Edge(2, 3, kWidth100, 15, 1).Edge(4, 5, kWidth100, 15, 1);
-  b.Edge(6, 7, kWidth100, 15, 1).Edge(8, 9, kWidth100, 15, 1).Edge(10, 11, kWidth100, 15, 1).End();
-  Rehearsed r(b.data, "");
-  ASSERT_EQ(r.after.nodes.size(), r.in.network.nodes.size() + 2);  // the stub ends stay as points
-  std::vector<std::pair<std::int64_t, std::string>> seen;
-  for (const auto& f : r.findings)
-    if (f.object == "point") seen.emplace_back(f.number, f.code);
+  b.Edge(6, 7, kWidth100, 15, 1).Edge(8, 9, kWidth100, 15, 1).Edge(10, 11, kWidth100, 15, 1);
+  b.Edge(12, 13, kWidth100, 15, 1).Edge(14, 15, kWidth100, 15, 1).End();
+  std::string ply = "ORG 0 0\n"
+                    "POI 0 0\nPOI 100 0\nPOI 100 100\nPOI 0 0\nPLY \"ring\"\n"            // closes on its start
+                    "POI 0 500\nPOI 100 600\nPOI 100 500\nPOI 0 600\nPLY \"bow tie\"\n"   // sides cross
+                    "POI 0 900\nPOI 100 900\nPOI 200 900\nPOI 300 900\nPOI 400 900\nPLY \"flat\"\n";  // no area
+  Rehearsed r(b.data, ply);
+  std::vector<std::string> seen;
+  for (const auto& f : r.findings) seen.push_back(f.object + " " + std::to_string(f.number) + " " + f.code);
   std::sort(seen.begin(), seen.end());
-  EXPECT_EQ(seen, (std::vector<std::pair<std::int64_t, std::string>>{
-                      {3, "snap-to-runway"}, {5, "near-runway"}, {8, "snap-to-taxiway"}, {10, "near-taxiway"}}));
-  // snapped ends moved, near misses stayed
-  EXPECT_EQ(r.after.nodes[3].x, 0);
+  EXPECT_EQ(seen, (std::vector<std::string>{"edge 6 crossing-taxiways", "point 10 near-taxiway", "point 3 snap-to-runway",
+                                            "point 5 near-runway", "point 8 snap-to-taxiway", "polygon 1 closed-ring",
+                                            "polygon 2 self-intersecting", "polygon 3 triangulation-fails"}));
+  EXPECT_NE(r.Find("snap-to-taxiway")->message.find("edge 3 "), std::string::npos);
+  // snapped ends moved, near misses stayed; the crossing split both taxiways,
+  // and the taxiway snapped on to was split where the end met it
   EXPECT_EQ(r.after.nodes[3].z, 0);
   EXPECT_EQ(r.after.nodes[8].x, -3000);
   EXPECT_EQ(r.after.nodes[5].z, -200);
   EXPECT_EQ(r.after.nodes[10].x, -3200);
-  EXPECT_NE(r.Find("snap-to-taxiway")->message.find("edge 3 "), std::string::npos);
+  EXPECT_EQ(r.after.edges.size(), r.in.network.edges.size() + 3);
+  std::string out = r.run.console.Take();
+  EXPECT_NE(out.find("WARNING:TaxiwayList::ReadPly() shifting points"), std::string::npos) << out;
+  EXPECT_NE(out.find("GenerateApronPolygons - triangulation failed"), std::string::npos) << out;
 }
 
 }  // namespace

@@ -24,23 +24,5 @@ TEST(PathText, SetExtensionKeepsTheSystemsQuirks) {
   }
 }
 
-TEST(PathText, PathParts) {
-  EXPECT_EQ(FileNamePart("a\\b\\c.x"), "c.x");
-  EXPECT_EQ(FileNamePart("c.x"), "c.x");
-  EXPECT_EQ(FileNamePart("./build/bgrtool"), "bgrtool");
-  std::string p = "a\\b\\c.x";
-  EXPECT_EQ(StripFileName(p), "a\\b");
-  p = "c.x";
-  EXPECT_EQ(StripFileName(p), "");
-  p = "\\c.x";
-  EXPECT_EQ(StripFileName(p), "");
-  EXPECT_TRUE(PathIsRooted("\\x"));
-  EXPECT_TRUE(PathIsRooted("C:x"));
-  EXPECT_FALSE(PathIsRooted(""));
-  EXPECT_FALSE(PathIsRooted("a\\b"));
-  EXPECT_EQ(FindLastInName("x.y.z", '.'), 3u);
-  EXPECT_EQ(FindLastInName(".abc", '.'), 4u);
-}
-
 }  // namespace
 }  // namespace platform
