@@ -1,4 +1,5 @@
-// The BGR reader and the tag-walking listing on hostile bytes.
+// The BGR reader, the tag-walking listing and every command that reads a BGR
+// (moves, deletes, merges both ways, purge, edit script, exports) on hostile bytes.
 #include "formats/bgr_file.h"
 #include "formats/taxiway_list.h"
 #include "frame/options.h"
@@ -31,5 +32,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   bgr::TaxiwayList list(ctx);
   list.Load(path, 0);
   (void)list.Save(bgrfuzz::WorkDir() + "/out.bgr");
+
+  // the commands, each on a fresh copy where it changes its file in place
+  const std::string dir = bgrfuzz::WorkDir() + "/";
+  static const std::uint8_t kScript[] = "<bgr-replace-edges> 0 2 5\n<bgr-align-nodes> 1 2\n<bgr-width-edges> 50 80\n";
+  std::string script = bgrfuzz::WriteInput("fix.txt", kScript, sizeof kScript - 1);
+  bgr::Settings move;
+  move.north = 1;
+  move.east = 2;
+  bgr::BgrMove(ctx, move, path, dir + "moved.bgr");
+  bgr::Settings one;
+  one.vmin = 1;
+  bgr::BgrDeleteEdges(ctx, one, path, dir + "deleted.bgr");
+  bgr::BgrMerge(ctx, path, bgrfuzz::WriteInput("into.bgr", data, size));
+  bgr::BgrMerge(ctx, dir + "out.bgr", bgrfuzz::WriteInput("merged.bgr", data, size));
+  bgr::BgrPurge(ctx, bgrfuzz::WriteInput("purged.bgr", data, size));
+  bgr::BgrEditScript(ctx, bgrfuzz::WriteInput("edited.bgr", data, size), script);
+  bgr::BgrTxd(ctx, path);
+  bgr::BgrTxp(ctx, all, path);
+  bgr::Settings otherLevel;
+  otherLevel.txpLevel = 1;
+  bgr::BgrTxp(ctx, otherLevel, path);
   return 0;
 }

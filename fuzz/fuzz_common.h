@@ -19,7 +19,9 @@ inline const std::string& WorkDir() {
   static const std::string dir = [] {
     char pattern[] = "/tmp/bgrfuzz-XXXXXX";
     const char* made = mkdtemp(pattern);
-    return std::string(made ? made : "/tmp");
+    // the in-place commands write their temporary file in the current folder
+    if (!made || chdir(made) != 0) return std::string("/tmp");
+    return std::string(made);
   }();
   return dir;
 }

@@ -24,6 +24,17 @@ struct CliCase {
   std::string err;                  // standard error, our warnings
 };
 
+// A run that fails with exit 0: its ERROR line on the console and, behind
+// 'before', in the report; 'keep' are files as they must stay.
+inline CliCase Failing(std::string name, std::vector<std::string> args, FileList files, const std::string& error,
+                       std::vector<std::string> before = {}, FileList keep = {}, std::vector<std::string> absent = {}) {
+  before.push_back("ERROR: " + error);
+  return {std::move(name), std::move(args), std::move(files), "ERROR: " + error + "\n", 0, std::move(before),
+          std::move(keep), std::move(absent)};
+}
+// The report line of a file that can't be opened for reading.
+inline std::string NotOpened(const std::string& name) { return "INFO: WrapFileOpen(" + name + ", [00] rb) failed"; }
+
 void RunCliCase(const CliCase& c);
 
 inline std::ostream& operator<<(std::ostream& os, const CliCase& c) { return os << c.name; }

@@ -27,10 +27,6 @@ std::string TriangleWithEdges(std::initializer_list<int> keep) {
   return b.data;
 }
 
-std::vector<std::string> Missing(const std::string& name, const std::string& message) {
-  return {"INFO: WrapFileOpen(" + name + ", [00] rb) failed", "ERROR: " + message};
-}
-
 void MoveAndDelete(std::vector<CliCase>& cases) {
   {
     BgrBuilder want;
@@ -54,20 +50,12 @@ void MoveAndDelete(std::vector<CliCase>& cases) {
     cases.push_back({"mv carries unknown tags and flow marks through", {"-mv10:0:1:1", "a.bgr", "b.bgr"},
                      {{"a.bgr", b.data}}, "", 1, {}, {{"b.bgr", want.data}}});
   }
-  cases.push_back({"mv with a missing source leaves the destination as it was",
-                   {"-mv1", "x.bgr", "b.bgr"},
-                   {{"b.bgr", Triangle()}},
-                   "ERROR: BgrMove source file 'x.bgr' not found\n",
-                   0,
-                   Missing("x.bgr", "BgrMove source file 'x.bgr' not found"),
-                   {{"b.bgr", Triangle()}}});
-  cases.push_back({"mv onto its own source under another case is refused",
-                   {"-mv1", "a.bgr", "A.BGR"},
-                   {{"a.bgr", Triangle()}},
-                   "ERROR: BgrMove source and destination are the same file 'A.BGR'\n",
-                   0,
-                   {"ERROR: BgrMove source and destination are the same file 'A.BGR'"},
-                   {{"a.bgr", Triangle()}}});
+  cases.push_back(Failing("mv with a missing source leaves the destination as it was", {"-mv1", "x.bgr", "b.bgr"},
+                          {{"b.bgr", Triangle()}}, "BgrMove source file 'x.bgr' not found", {NotOpened("x.bgr")},
+                          {{"b.bgr", Triangle()}}));
+  cases.push_back(Failing("mv onto its own source under another case is refused", {"-mv1", "a.bgr", "A.BGR"},
+                          {{"a.bgr", Triangle()}}, "BgrMove source and destination are the same file 'A.BGR'", {},
+                          {{"a.bgr", Triangle()}}));
   cases.push_back({"de deletes the edges between two nodes either way", {"-de0:1", "a.bgr", "b.bgr"},
                    {{"a.bgr", Triangle()}}, "Deleted 0 1\nDeleted 1 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({2, 3})}}});
   cases.push_back({"de with one node deletes all its edges", {"-de2", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}},
@@ -118,14 +106,9 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
                      {{"s.bgr", Source()}, {"d.bgr", Destination()}}, "", 1, {},
                      {{"d.bgr", want.data}, {"s.bgr", Source()}}, {"_TEMP_.BGR"}});
   }
-  cases.push_back({"mg with a missing source leaves the destination",
-                   {"-mg", "x.bgr", "d.bgr"},
-                   {{"d.bgr", Destination()}},
-                   "ERROR: BgrMerge source file 'x.bgr' not found\n",
-                   0,
-                   Missing("x.bgr", "BgrMerge source file 'x.bgr' not found"),
-                   {{"d.bgr", Destination()}},
-                   {"_TEMP_.BGR"}});
+  cases.push_back(Failing("mg with a missing source leaves the destination", {"-mg", "x.bgr", "d.bgr"},
+                          {{"d.bgr", Destination()}}, "BgrMerge source file 'x.bgr' not found", {NotOpened("x.bgr")},
+                          {{"d.bgr", Destination()}}, {"_TEMP_.BGR"}));
   {
     BgrBuilder big, small;
     big.Origin(0, 0);
@@ -195,15 +178,12 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
     cases.push_back({"mg keeps a destination origin that the file cuts short", {"-mg", "s.bgr", "d.bgr"},
                      {{"s.bgr", source.data}, {"d.bgr", cut}}, "", 1, {}, {{"d.bgr", want.data}}});
   }
-  cases.push_back({"pg of the temporary file itself is refused",
-                   {"-pg", "_temp_.bgr"},
-                   {{"_TEMP_.BGR", Triangle()}},
-                   "ERROR: BgrPurge cannot change '_temp_.bgr' in place: it is the temporary file itself\n",
-                   0,
-                   {"ERROR: BgrPurge cannot change '_temp_.bgr' in place: it is the temporary file itself"},
-                   {{"_TEMP_.BGR", Triangle()}}});
-  cases.push_back({"pg with a missing file", {"-pg", "x.bgr"}, {}, "ERROR: BgrPurge source file 'x.bgr' not found\n", 0,
-                   Missing("x.bgr", "BgrPurge source file 'x.bgr' not found"), {}, {"_TEMP_.BGR", "x.bgr"}});
+  cases.push_back(Failing("pg of the temporary file itself is refused", {"-pg", "_temp_.bgr"},
+                          {{"_TEMP_.BGR", Triangle()}},
+                          "BgrPurge cannot change '_temp_.bgr' in place: it is the temporary file itself", {},
+                          {{"_TEMP_.BGR", Triangle()}}));
+  cases.push_back(Failing("pg with a missing file", {"-pg", "x.bgr"}, {}, "BgrPurge source file 'x.bgr' not found",
+                          {NotOpened("x.bgr")}, {}, {"_TEMP_.BGR", "x.bgr"}));
 }
 
 // Nodes along z = 0 from x 0 to 300, one 3 feet off, one well away.
@@ -244,14 +224,9 @@ void EditScripts(std::vector<CliCase>& cases) {
                    {{"l.bgr", Line()}}});
   cases.push_back({"a missing script fails", {"-rsnone.txt", "l.bgr"}, {{"l.bgr", Line()}}, "", 0,
                    {"INFO: WrapFileOpen(none.txt, [00] r) failed"}, {{"l.bgr", Line()}}});
-  cases.push_back({"an edit script on a missing file",
-                   {"-rsfix.txt", "x.bgr"},
-                   {{"fix.txt", "<bgr-width-edges>\n<bgr-align-nodes> 1 2\n"}},
-                   "ERROR: Bgr source file 'x.bgr' not found\n",
-                   0,
-                   Missing("x.bgr", "Bgr source file 'x.bgr' not found"),
-                   {},
-                   {"_TEMP_.BGR", "x.bgr"}});
+  cases.push_back(Failing("an edit script on a missing file", {"-rsfix.txt", "x.bgr"},
+                          {{"fix.txt", "<bgr-width-edges>\n<bgr-align-nodes> 1 2\n"}}, "Bgr source file 'x.bgr' not found",
+                          {NotOpened("x.bgr")}, {}, {"_TEMP_.BGR", "x.bgr"}));
 }
 
 std::vector<CliCase> Cases() {

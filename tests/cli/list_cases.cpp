@@ -51,14 +51,6 @@ std::string FiveNodes() {
   return b.data;
 }
 
-std::string MissingLines(const std::string& name) {
-  return "ERROR: BgrList source file '" + name + "' not found\n" + kNoBounds;
-}
-
-std::vector<std::string> MissingReport(const std::string& name) {
-  return {"INFO: WrapFileOpen(" + name + ", [00] rb) failed", "ERROR: BgrList source file '" + name + "' not found"};
-}
-
 // The warning of a tag walk that ended before the end of the file.
 std::string Stopped(const std::string& name, long at) {
   return "bgrtool: warning: '" + name + "': the walk stopped at byte " + std::to_string(at) +
@@ -113,8 +105,9 @@ std::vector<CliCase> Cases() {
                    "<edge> \n<bgno>\n<thck> 16839 0ft sp=100\n<type> \n<endo>\n"
                    "<edge> \n<bgno>\n<thck> 18120 500ft sp=FFFF\n<type> \n<endo>\n<endo>\n" +
                        kNoBounds});
-  cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {}, MissingLines("missing.bgr"), 0,
-                   MissingReport("missing.bgr")});
+  cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {},
+                   "ERROR: BgrList source file 'missing.bgr' not found\n" + kNoBounds, 0,
+                   {NotOpened("missing.bgr"), "ERROR: BgrList source file 'missing.bgr' not found"}});
   cases.push_back({"graph is not implemented", {"-gr", "x.tms"}, {}, "TEXTURESHOW_usage - not implemented\n"});
   cases.push_back({"an empty file lists only the bounds", {"e.bgr"}, {{"e.bgr", ""}}, kNoBounds});
   {
