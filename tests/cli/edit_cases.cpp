@@ -64,19 +64,6 @@ void MoveAndDelete(std::vector<CliCase>& cases) {
                    {{"b.bgr", Triangle()}}});
   cases.push_back({"de of the last edge leaves no byte of it", {"-de0:2", "a.bgr", "b.bgr"},
                    {{"a.bgr", Triangle()}}, "Deleted 2 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({0, 1, 2})}}});
-  cases.push_back({"de echoes the ends with values on", {"-de2:1", "-pr1", "a.bgr", "b.bgr"},
-                   {{"a.bgr", TriangleWithEdges({0, 2})}},
-                   // bytes between tags are dumped: the origin's values, the nodes'
-                   // doubles, and the thickness words and types of the edges
-                   std::string(" 00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 00 40 00 00 00 00 00 00 00 00") +
-                       " 01 00 00 00" + " 00 00 00 00 00 00 00 00" + " 00 00 00 00 00 00 00 00" +
-                       " 00 00 00 00 00 00 00 00" + " 00 00 00 00 00 00 24 40" + " 00 00 00 00 00 00 F0 3F" +
-                       " 00 00 00 00 00 00 34 40" + " 00 00 00 00 00 00 3E C0" + " 00 00 00 00 00 00 00 00" +
-                       " 00 00 00 00 00 00 14 40" + "<edge>  0 1\n 0F 00 C8 42 01 00 00 00<edge>  1 2\nDeleted 1 2\n" +
-                       " 01 00 08 42 00 00 00 00",
-                   1,
-                   {},
-                   {{"b.bgr", TriangleWithEdges({0})}}});
 }
 
 std::string Destination() {
@@ -167,16 +154,6 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
               {{"p.bgr", in.data}}};
     c.timeLine = false;
     cases.push_back(c);
-  }
-  {
-    // a destination whose origin record is cut in its last word still has it
-    std::string cut = BgrBuilder().Origin(5, 6, 7).data;
-    cut.pop_back();
-    BgrBuilder source, want;
-    source.Origin(11, 22, 33).End();
-    want.Origin(5, 6, 7).End();
-    cases.push_back({"mg keeps a destination origin that the file cuts short", {"-mg", "s.bgr", "d.bgr"},
-                     {{"s.bgr", source.data}, {"d.bgr", cut}}, "", 1, {}, {{"d.bgr", want.data}}});
   }
   cases.push_back(Failing("pg of the temporary file itself is refused", {"-pg", "_temp_.bgr"},
                           {{"_TEMP_.BGR", Triangle()}},

@@ -73,21 +73,10 @@ std::vector<CliCase> Cases() {
                    "<node>\n<bgno>\n<vloc> (2) -50.000000 1.000000 -20.000000\n<endo>\n"
                    "<edge>  0 1\n<bgno>\n<thck> 17096 100ft sp=0F\n<type>  1\n<endo>\n<endo>\n"
                    "WS= -50.000000 -20.000000, EN= 100.000000 200.500000\n"});
-  cases.push_back({"ls after pr0 switches them on", {"-pr0", "-ls0:0", "a.bgr"}, {{"a.bgr", SmallNetwork()}},
-                   "<orgn>  171000.500000 -441000.250000 0.000000 1 (47 30'00.5000\"N 122 30'00.2499\"W)\n"
-                   "<vloc> (0) 0.000000 0.000000 0.000000\n"
-                   // nodes 1 and 2 are out of range: their doubles are dumped as raw bytes
-                   " 00 00 00 00 00 00 59 40 00 00 00 00 00 00 00 00 00 00 00 00 00 10 69 40"
-                   " 00 00 00 00 00 00 49 C0 00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 34 C0"
-                   "<edge>  0 1\n<thck> 17096 100ft sp=0F\n<type>  1\n"
-                   "WS= 0.000000 0.000000, EN= 0.000000 0.000000\n"});
   cases.push_back({"a single node of the range, no structural tags", {"-ls3", "-pr0", "f.bgr"},
                    {{"f.bgr", FiveNodes()}},
                    kOrigin + "<vloc> (3)\n<edge> \n<thck> 16904 25ft sp=01\n<type> \n"
                              "WS= 30.000000 -15.000000, EN= 30.000000 -15.000000\n"});
-  cases.push_back({"a range of nodes", {"-ls1:2", "-pr0", "f.bgr"}, {{"f.bgr", FiveNodes()}},
-                   kOrigin + "<vloc> (1)\n<vloc> (2)\n<edge> \n<thck> 16904 25ft sp=01\n<type> \n"
-                             "WS= 10.000000 -10.000000, EN= 20.000000 -5.000000\n"});
   cases.push_back({"a range that hits no node keeps the start bounds", {"-ls50", "-pr0", "f.bgr"},
                    {{"f.bgr", FiveNodes()}},
                    kOrigin + "<edge> \n<thck> 16904 25ft sp=01\n<type> \n" + kNoBounds});

@@ -175,17 +175,6 @@ std::vector<CliCase> Cases() {
                      {},
                      {{"DATA/LMMX.PLY", Org(kLatA, kLonA)}},
                      {"DATA/LMMX.BGR"}});
-    // the same box for an area not below it: all is built, and EXI ends the script
-    BgrBuilder bgr;
-    bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
-    cases.push_back({"a box excludes only the areas below its own",
-                     {"-tes.txt"},
-                     With(db, {{"s.txt", "SRC \"d:\\other\\lmml.txt\"\n" + body},
-                               {"excllist.txt", "ARE 10 \"D:\\OTHER\"\nXCL 10 99000 49000 101000 51000 1\n"}}),
-                     "",
-                     1,
-                     {},
-                     {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPLY \"x\"\n"}}});
   }
   {
     CliCase c = Script("a cell restriction leaves out the airports of other cells",

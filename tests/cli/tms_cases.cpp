@@ -131,20 +131,6 @@ TEST_P(TmsCli, Runs) { RunCliCase(GetParam()); }
 INSTANTIATE_TEST_SUITE_P(Cases, TmsCli, ::testing::ValuesIn(Cases()),
                          [](const auto& info) { return CaseName(info.param); });
 
-// Runs -tm on a network and its PLY text in a fresh folder and reads the tiles back.
-struct TmsRun {
-  TmsRun(const std::string& network, const std::string& ply) {
-    dir.Write("a.bgr", network);
-    if (!ply.empty()) dir.Write("a.PLY", ply);
-    run = RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"});
-    TestRun reader;
-    tiles = bgr::ReadTmsContent(reader.ctx, dir.path() + "/a.TMS");
-  }
-  TempDir dir;
-  ToolRun run;
-  bgr::TmsContent tiles;
-};
-
 std::vector<std::pair<std::int32_t, std::int32_t>> Sorted(std::vector<std::pair<std::int32_t, std::int32_t>> c) {
   std::sort(c.begin(), c.end());
   return c;
@@ -155,14 +141,17 @@ TEST(TmsJob, ARightAngleBendLiesInOneTileWithItsFillet) {
   BgrBuilder b;
   b.Origin(0, 0).Node(0, 0, 0).Node(1000, 0, 0).Node(1000, 0, 1000).Node(-13500, 0, -13500).Node(-13499, 0, -13500);
   b.Edge(0, 1, kWidth100, kFlags, 1).Edge(1, 2, kWidth100, kFlags, 1).Edge(3, 4, kWidth100, kFlags, 0).End();
-  TmsRun r(b.data, "");
-  ASSERT_TRUE(r.tiles.read);
-  EXPECT_EQ(r.run.exitStatus, 1);
-  EXPECT_EQ(r.tiles.tileFeet, 1937.0f);  // 496000 units, cut to whole feet
-  EXPECT_EQ(r.tiles.lowl[0], -14000.0);
-  const auto& pave = r.tiles.tiles[7][7][0];
+  TempDir dir;
+  dir.Write("a.bgr", b.data);
+  EXPECT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}).exitStatus, 1);
+  TestRun reader;
+  bgr::TmsContent tiles = bgr::ReadTmsContent(reader.ctx, dir / "a.TMS");
+  ASSERT_TRUE(tiles.read);
+  EXPECT_EQ(tiles.tileFeet, 1937.0f);  // 496000 units, cut to whole feet
+  EXPECT_EQ(tiles.lowl[0], -14000.0);
+  const auto& pave = tiles.tiles[7][7][0];
   ASSERT_EQ(pave.size(), 14u);
-  ASSERT_EQ(r.tiles.Count(0), 14u);
+  ASSERT_EQ(tiles.Count(0), 14u);
   // the file gives the last made first: the fillet, then ribbon 1, then ribbon 0
   EXPECT_EQ(Sorted(pave[13].corners), Sorted({{0, 12800}, {0, -12800}, {217600, -12800}, {217600, 12800}}));
   EXPECT_EQ(Sorted(pave[12].corners), Sorted({{243200, 38400}, {268800, 38400}, {268800, 256000}, {243200, 256000}}));
@@ -171,42 +160,15 @@ TEST(TmsJob, ARightAngleBendLiesInOneTileWithItsFillet) {
   };
   EXPECT_TRUE(has(pave[11], {243200, 38400}) && has(pave[11], {268800, 38400}));
   EXPECT_TRUE(has(pave[0], {217600, -12800}) && has(pave[0], {217600, 12800}));
-  EXPECT_EQ(r.tiles.Count(1), 0u);
-  EXPECT_EQ(r.tiles.Count(2), 14u);
+  EXPECT_EQ(tiles.Count(1), 0u);
+  EXPECT_EQ(tiles.Count(2), 14u);
   // lights: the ribbons' centre strings, three strings on six fillet quads
-  const auto& lights = r.tiles.tiles[7][7][3];
+  const auto& lights = tiles.tiles[7][7][3];
   ASSERT_EQ(lights.size(), 20u);
   EXPECT_EQ(lights.back().lightType, 0);
   EXPECT_EQ(lights.back().lightStep, 100.0f);
   EXPECT_EQ(Sorted(lights.back().corners), Sorted({{0, 0}, {217600, 0}}));  // positions in whole feet, back in units
   EXPECT_EQ(std::count_if(lights.begin(), lights.end(), [](const bgr::TmsShape& s) { return s.lightType == 1; }), 12);
-}
-
-TEST(TmsJob, ApronsAreMadeOnceAndLightsKeepTheirLowByte) {
-  BgrBuilder b;
-  b.Origin(0, 0).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kWidth75, 1, 0).End();
-  std::string triangle = "POI 10 10\nPOI 200 10\nPOI 10 200\nPLY apron\n";
-  std::string other = "POI 10 10\nPOI 300 10\nPOI 10 300\nPLY apron\n";
-  std::string hashZero = "POI 31 0\nPOI 0 -1\nPOI 0 0\nPLY apron\n";  // 31 - 31 + 0: counts as a repeat of nothing
-  std::string lights = "LGT 258 0 10 100 10 5\nLGT 3 50 50\n";
-  TmsRun r(b.data, "ORG 0 0\n" + hashZero + triangle + triangle + other + triangle + lights);
-  ASSERT_TRUE(r.tiles.read);
-  // the repeat right behind is dropped, the one behind another polygon is not
-  EXPECT_EQ(r.tiles.Count(0), 3u);
-  std::vector<const bgr::TmsShape*> strings;
-  for (const auto& column : r.tiles.tiles)
-    for (const auto& tile : column)
-      for (const bgr::TmsShape& s : tile[3]) strings.push_back(&s);
-  ASSERT_EQ(strings.size(), 2u);
-  for (const bgr::TmsShape* s : strings) {
-    EXPECT_EQ(s->lightStep, 100.0f);
-    if (s->lightType == 2) {
-      EXPECT_EQ(Sorted(s->corners), Sorted({{0, 2560}, {100 * 256, 2560}}));
-    } else {
-      EXPECT_EQ(s->lightType, 3);
-      EXPECT_EQ(s->corners, (std::vector<std::pair<std::int32_t, std::int32_t>>{{50 * 256, 50 * 256}, {50 * 256, 50 * 256}}));
-    }
-  }
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "formats/bgr_file.h"
+
 #include "support/bgr_builder.h"
 #include "support/temp_dir.h"
 #include "support/test_run.h"
@@ -18,17 +20,6 @@ class TaxiwayListTest : public ::testing::Test {
   bgrtest::TestRun run;
   TaxiwayList list{run.ctx};
 };
-
-TEST_F(TaxiwayListTest, NodeLimitStopsEdges) {
-  BgrBuilder b;
-  b.Origin(0, 0);
-  for (int i = 0; i < 12001; ++i) b.Node(i, 0, 0);
-  b.Edge(0, 1, 17096, 0, 1).End();
-  dir.Write("big.bgr", b.data);
-  list.Load("big.bgr", 0);
-  EXPECT_EQ(list.points.count(), 12000);
-  EXPECT_EQ(list.edgeCount, 0);
-}
 
 TEST_F(TaxiwayListTest, ReadPlyMergesAndShiftsPoints) {
   dir.Write("p.bgr", "");
@@ -91,5 +82,13 @@ TEST_F(TaxiwayListTest, ReadPlyStopsAt255Points) {
   EXPECT_NE(run.console.Take().find("ERROR: TaxiwayList::ReadPly - too many points 0 0\n"), std::string::npos);
 }
 
+
+TEST(WidthCode, EncodesWithClampAndDecodesTowardZero) {
+  EXPECT_EQ(EncodeWidth(10), 16904);
+  EXPECT_EQ(EncodeWidth(1000), 18120);
+  EXPECT_EQ(EncodeWidth(26), 16906);
+  EXPECT_EQ(DecodeWidth(16906), 25);  // 26 doesn't come back
+  EXPECT_EQ(DecodeWidth(16839), 0);   // -50 / 128 cuts toward zero
+}
 }  // namespace
 }  // namespace bgr

@@ -2,11 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "geometry/geo_angle.h"
-#include "geometry/ref_cell.h"
-
 namespace bgr {
 namespace {
 

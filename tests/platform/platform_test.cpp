@@ -35,18 +35,21 @@ TEST(Platform, MoveReplacesTheTarget) {
   EXPECT_EQ(dir.Read("sub/a.bgr"), "new");
 }
 
-TEST(Platform, Wildcards) {
+TEST(PathText, SetExtensionKeepsTheSystemsQuirks) {
   struct Case {
-    const char* pattern;
-    const char* name;
-    bool match;
+    std::string name, ext, expected;
+  } cases[] = {
+      {"A.BGR", "TMS", "A.TMS"},
+      {"NAME", "PLY", "NAME.PLY"},
+      {"DATA.OLD\\NAME", "TMS", "DATA.TMS"},  // the dot search doesn't stop at a folder
+      {".bgr", "TMS", ".bgr.TMS"},            // a dot in the first place isn't found
+      {"a.b.c", "x", "a.b.x"},
   };
-  const Case cases[] = {{"*", "abc", true},       {"*.tmp", "A.TMP", true}, {"*.tmp", "a.tmpx", false},
-                        {"a?c", "abc", true},     {"a?c", "ac", false},     {"*b*", "abc", true},
-                        {"**x", "x", true},       {"", "", true},           {"a*c*e", "abcxdxe", true},
-                        {"a*c*e", "abcxdx", false}};
-  for (const Case& c : cases)
-    EXPECT_EQ(platform::WildcardMatch(c.pattern, c.name), c.match) << c.pattern << " " << c.name;
+  for (const auto& c : cases) {
+    std::string name = c.name;
+    platform::SetExtension(name, c.ext);
+    EXPECT_EQ(name, c.expected) << c.name;
+  }
 }
 
 }  // namespace

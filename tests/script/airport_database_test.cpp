@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <random>
 
@@ -25,24 +24,6 @@ struct Database {
   bgrtest::TestRun run;
   AirportDatabase db{run.ctx};
 };
-
-TEST(AirportDatabase, AHeaderThatLiesAboutItsRecordsFindsNothing) {
-  for (std::uint32_t size : {24u, 0u, 0xFFFFFFFFu}) {
-    std::string bytes = bgrtest::DbdBytes({{"LMML", 5, 6}});
-    bytes[16] = bytes[17] = bytes[18] = bytes[19] = '\xff';  // four thousand million records
-    for (int i = 0; i < 4; ++i) bytes[20 + i] = static_cast<char>((size >> (8 * i)) & 0xFF);
-    bgrtest::TempDir dir;
-    dir.Write("DATABASE/AIRPORT.DBD", bytes);
-    dir.Write("DATABASE/AIRPORT.dbt", bgrtest::kDbtText);
-    bgrtest::ScopedChdir in(dir.path());
-    bgrtest::TestRun run;
-    AirportDatabase db(run.ctx);
-    double lat = 5, lon = 6;
-    std::string name;
-    EXPECT_EQ(db.FindAirport(&lat, &lon, name), 0) << size;
-    EXPECT_EQ(name, "NONE");
-  }
-}
 
 TEST(AirportDatabase, FieldsOutsideTheRecordReadAsNothing) {
   Database d({{"LMMX", 100, 100}});

@@ -2,22 +2,48 @@
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
 #include "support/test_run.h"
-#include "tms/tile_shapes.h"
 #include "tms/tms_job.h"
 
 namespace bgr {
 namespace {
 
-using bgrtest::Corner;
-using bgrtest::Shape;
-using bgrtest::ShapesOf;
-using bgrtest::SortedCorners;
+using Corner = std::pair<std::int32_t, std::int32_t>;  // x, z
+
+// A polygon of a tile as a plain shape: its corners and its attribute word.
+struct Shape {
+  std::vector<Corner> corners;
+  std::int32_t attr = 0;
+};
+
+// One tile that takes everything: a test of shapes needs no cutting.
+void OneTile(TileGrid& grid) {
+  grid.TileSize = 1 << 30;
+  grid.TileOriginX = -(1 << 29);
+  grid.TileOriginZ = -(1 << 29);
+}
+
+// What a layer of tile (0, 0) holds, in order of arrival (the list gives the last first).
+std::vector<Shape> ShapesOf(TileGrid& grid, std::int32_t layer) {
+  TileRecord& tile = grid.Tile(0, 0);
+  const TEXPOINTS& points = tile.points[static_cast<std::size_t>(layer)];
+  TextureList& list = tile.polygons[static_cast<std::size_t>(layer)];
+  std::vector<Shape> shapes;
+  for (const TEXTURE* t = list.First(); t != nullptr; t = list.Next()) {
+    Shape s{{}, t->attr};
+    for (std::int32_t v = 0; v < t->count; ++v) {
+      const TEXPOINT& p = points[t->verts[static_cast<std::size_t>(v)].point];
+      s.corners.emplace_back(p.x, p.z);
+    }
+    shapes.push_back(std::move(s));
+  }
+  std::reverse(shapes.begin(), shapes.end());
+  return shapes;
+}
 
 // A network in feet, run through the job up to its taxiway polygons, all in one tile.
 struct Polygons {
@@ -26,41 +52,13 @@ struct Polygons {
     for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
     job.PrepareNetwork();
     job.FillTaxiList();
-    bgrtest::OneTile(job.grid);
+    OneTile(job.grid);
     TaxiPolygons(job).Generate();
   }
   std::vector<Shape> Layer(std::int32_t layer) { return ShapesOf(job.grid, layer); }
   bgrtest::TestRun run;
   TmsJob job{run.ctx};
 };
-
-Segment LineSegment(double length) {
-  Segment s;
-  s.line.Set(0, 0, length, 0);
-  return s;
-}
-
-TEST(BuildRibbon, InsetsKeepAtLeast25Feet) {
-  struct Case {
-    double length, insetStart, insetEnd;
-    std::int32_t startX, endX;
-  } cases[] = {
-      {100000, 0, 0, 0, 100000},             // between two end points: full length
-      {100000, 38400, 38400, 38400, 61600},  // room for both
-      {40000, 38400, 38400, 16800, 23200},   // both become 16800
-      {40000, 38400, 0, 33600, 40000},       // the one inset takes all the room
-      {40000, 0, 38400, 0, 6400},
-      {6400, 38400, 38400, 0, 6400},         // not shortened at all
-  };
-  for (const Case& c : cases) {
-    Segment s = LineSegment(c.length);
-    BuildRibbon(s, c.insetStart, c.insetEnd, 1000);
-    EXPECT_EQ(s.corners[0].x, c.startX) << c.length << " " << c.insetStart << " " << c.insetEnd;
-    EXPECT_EQ(s.corners[2].x, c.endX) << c.length << " " << c.insetStart << " " << c.insetEnd;
-    EXPECT_EQ(s.corners[0].z, 1000);  // left of the way
-    EXPECT_EQ(s.corners[1].z, -1000);
-  }
-}
 
 enum class Joint { kNothing, kStraight, kFillet };
 
@@ -107,7 +105,7 @@ TEST(DrawFillet, StepsAndEdgeLightsFollowTheCurveLength) {
   };
   for (const Case& c : cases) {
     TileGrid grid;
-    bgrtest::OneTile(grid);
+    OneTile(grid);
     QuadStyle style{true, 0, true, true, true, 0};
     double h = c.length / 2;
     DrawFillet(grid, style, {0, 0}, {h, 0}, {c.length, 0}, {0, 5000}, {h, 5000}, {c.length, 5000});
@@ -116,25 +114,6 @@ TEST(DrawFillet, StepsAndEdgeLightsFollowTheCurveLength) {
   }
 }
 
-TEST(DrawQuad, ACentreStripNeedsAnEndWiderThanAFoot) {
-  for (std::int32_t width : {256, 258}) {
-    TileGrid grid;
-    bgrtest::OneTile(grid);
-    QuadStyle style{false, 1, false, false, true, 100};
-    DrawQuad(grid, style, {0, 0, 0}, {0, 0, width}, {5000, 0, width}, {5000, 0, 0});
-    std::vector<Shape> strips = ShapesOf(grid, 2);
-    ASSERT_EQ(strips.size(), width > 256 ? 1u : 0u) << width;
-    if (!strips.empty()) {
-      EXPECT_EQ(strips[0].Sorted(), SortedCorners({{0, 1}, {0, 257}, {5000, 1}, {5000, 257}}));
-    }
-  }
-}
-
-}  // namespace
-}  // namespace bgr
-
-namespace bgr {
-namespace {
 
 // The walk as plain recursion over all segments, and the pair table as a plain
 // array: what the indexed versions must agree with.
@@ -207,7 +186,7 @@ void RandomNetwork(TmsJob& job, std::uint32_t seed, std::int32_t points, std::in
   }
   job.PrepareNetwork();
   job.FillTaxiList();
-  bgrtest::OneTile(job.grid);
+  OneTile(job.grid);
 }
 
 TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
@@ -232,33 +211,6 @@ TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
       }
     }
   }
-}
-
-void* WalkAChain(void* arg) {
-  auto* job = static_cast<TmsJob*>(arg);
-  TaxiPolygons(*job).Generate();
-  return nullptr;
-}
-
-TEST(TaxiPolygons, AChainOfAllSegmentsWalksOnASmallStack) {
-  bgrtest::TestRun run;
-  auto job = std::make_unique<TmsJob>(run.ctx);
-  std::int32_t n = TaxiwayList::kMaxEdges;
-  for (std::int32_t i = 0; i <= n; ++i) job->network.points.Add(i * 100, 0, (i % 2) * 100, -1);
-  // numbered backwards, so that the walk goes down the whole chain at once
-  for (std::int32_t i = 0; i < n; ++i) job->Edge(job->network.edgeCount++) = {n - i, n - i - 1, 50, kTaxiway, 1};
-  job->PrepareNetwork();
-  job->FillTaxiList();
-  bgrtest::OneTile(job->grid);
-  pthread_attr_t attr;
-  pthread_attr_init(&attr);
-  pthread_attr_setstacksize(&attr, 1 << 20);
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attr, WalkAChain, job.get()), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attr);
-  // every ribbon and every joint between neighbours
-  EXPECT_GE(ShapesOf(job->grid, 0).size(), static_cast<std::size_t>(2 * n - 1));
 }
 
 }  // namespace

@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "frame/file_access.h"
+#include "frame/int32_math.h"
+#include "frame/options.h"
+#include "frame/run_context.h"
+#include "frame/text.h"
+#include "support/temp_dir.h"
+#include "support/test_run.h"
+
+namespace bgr {
+namespace {
+
+TEST(ReportFormat, EachConversionShowsItsOwnValue) {
+  EXPECT_EQ(FormatReportLine("a %s b %d c %ld d %s", "T", 7, 123456, "U"), "a T b 7 c 123456 d U");
+  EXPECT_EQ(FormatReportLine("only %ld", "T", 7, 42, "U"), "only 42");
+  EXPECT_EQ(FormatReportLine("only second %d", "T", -3, 42, "U"), "only second -3");
+  EXPECT_EQ(FormatReportLine("TEXPOINTS::Add() table full %s%d %ld", "", 0, 2000, ""),
+            "TEXPOINTS::Add() table full 0 2000");
+  EXPECT_EQ(FormatReportLine("100%% %5d|%-3s|", "ab", 12, 0, ""), "100%    12|ab |");
+}
+
+TEST(FileAccess, DeleteFilesUsesThePatternsFolder) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  dir.Write("X/a.tmp", "1");
+  dir.Write("X/b.TMP", "2");
+  dir.Write("X/c.txt", "3");
+  dir.Write("a.tmp", "4");
+  EXPECT_EQ(DeleteFiles("X\\*.tmp"), 0);
+  EXPECT_FALSE(dir.Exists("X/a.tmp"));
+  EXPECT_FALSE(dir.Exists("X/b.TMP"));
+  EXPECT_TRUE(dir.Exists("X/c.txt"));
+  EXPECT_TRUE(dir.Exists("a.tmp"));
+  EXPECT_EQ(DeleteFiles("a.tmp"), 1);
+  EXPECT_EQ(DeleteFiles("a.tmp"), 0);
+}
+
+TEST(Options, WhichArgumentsAreOptions) {
+  struct Case {
+    const char* arg;
+    bool taken;
+  };
+  const Case cases[] = {
+      {"", true},     {"-", true},      {"-p", true},     {"-pr", true},  {"-t", true},
+      {"-ti", true},  {"-prz", false},  {"-tix", false},  {"-mgX", true}, {"-pgfoo", true},
+      {"-tm", true},  {"-tmX", false},  {"-txp", true},   {"-txp0", true}, {"-txp1", false},
+      {"-txd", true}, {"-xy", false},   {"file.bgr", false}, {"-LS", false},
+  };
+  for (const Case& c : cases) {
+    Settings s;
+    EXPECT_EQ(ScanOption(c.arg, s), c.taken) << '"' << c.arg << '"';
+  }
+}
+
+TEST(Text, LongArithmeticWrapsAndCuts) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  EXPECT_EQ(AbsLong(-5), 5);
+  EXPECT_EQ(AbsLong(kMin), kMin);
+  EXPECT_EQ(WrapAdd(kMax, 1), kMin);
+  EXPECT_EQ(SafeDiv(kMin, -1), kMin);
+  EXPECT_EQ(SafeDiv(7, 0), 0);
+  EXPECT_EQ(SafeDiv(-7, 2), -3);
+  EXPECT_EQ(TruncToLong(-3.7), -3);
+  EXPECT_EQ(TruncToLong(3.7), 3);
+  EXPECT_EQ(TruncToLong(1e300), kMin);
+  EXPECT_EQ(TruncToLong(std::numeric_limits<double>::quiet_NaN()), kMin);
+}
+
+}  // namespace
+}  // namespace bgr
