@@ -1,4 +1,4 @@
-// Makes airports of a given size for tests and benchmarks: runways, a taxiway
+// Makes airports of a given size for the benchmarks: runways, a taxiway
 // grid whose links bend, junctions, spurs that end near runways and near other
 // taxiways, crossing links, aprons of up to 255 corners and light strings.
 // The same size and seed always give the same bytes.
