@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "formats/bgr_file.h"
@@ -15,15 +16,32 @@
 
 namespace bgrfuzz {
 
-inline const std::string& WorkDir() {
-  static const std::string dir = [] {
+// One folder per process, removed with everything in it when the process ends.
+class WorkFolder {
+ public:
+  WorkFolder() {
     char pattern[] = "/tmp/bgrfuzz-XXXXXX";
     const char* made = mkdtemp(pattern);
     // the in-place commands write their temporary file in the current folder
-    if (!made || chdir(made) != 0) return std::string("/tmp");
-    return std::string(made);
-  }();
-  return dir;
+    if (made && chdir(made) == 0) path_ = made;
+  }
+  ~WorkFolder() {
+    if (path_ == "/tmp") return;
+    std::error_code ignored;
+    std::filesystem::current_path("/tmp", ignored);
+    std::filesystem::remove_all(path_, ignored);
+  }
+  WorkFolder(const WorkFolder&) = delete;
+  WorkFolder& operator=(const WorkFolder&) = delete;
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_ = "/tmp";
+};
+
+inline const std::string& WorkDir() {
+  static const WorkFolder folder;
+  return folder.path();
 }
 
 struct Run {
