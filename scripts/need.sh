@@ -13,6 +13,7 @@ need_packages() {
       windows)
         command -v x86_64-w64-mingw32-g++-posix >/dev/null || missing+=(g++-mingw-w64-x86-64)
         command -v wine >/dev/null || missing+=(wine wine64)
+        command -v dpkg-source >/dev/null || missing+=(dpkg-dev)
         ;;
       kit)
         [ -f /usr/include/CLI/CLI.hpp ] || missing+=(libcli11-dev)

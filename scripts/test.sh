@@ -54,18 +54,27 @@ for corpus in fuzz/corpus/*/; do
   [ -x "build/fuzz/replay_$t" ] && valgrind -q --error-exitcode=99 "build/fuzz/replay_$t" "$(pwd)/$corpus"
 done
 
-# The Windows executable against the same case tables, under Wine. Left out:
-# the fault sweeps (they stand in front of the C library of Linux) and bgrkit
-# (built for Linux only).
+# The Windows executables against the same case tables, under Wine. Left out:
+# the fault sweeps (they stand in front of the C library of Linux). bgrkit.exe
+# needs libcsv's source package, fetched from the machine's mirrors; without
+# it, the Windows stage runs bgrtool.exe alone and says so.
 cmake --preset windows >/dev/null
 cmake --build --preset windows -j "$jobs"
 export WINEDEBUG=-all
 wineserver -p || true  # one server for all runs: each start then takes a fraction of a second
+filter='-Faults.*'
+if [ -f build-windows/bgrkit.exe ]; then
+  export BGRKIT_TEST_BINARY="$(pwd)/build-windows/bgrkit.exe"
+else
+  echo "warning: bgrkit.exe not built (libcsv's source could not be fetched); its cases are left out" >&2
+  filter='-Faults.*:Kit.*'
+fi
 BGRTOOL_TEST_BINARY="$(pwd)/build-windows/bgrtool.exe" BGRTOOL_TEST_WRAPPER=wine \
-  build/tests/bgrtool_cli_tests --gtest_filter='-Faults.*:Kit.*' --gtest_brief=1
+  build/tests/bgrtool_cli_tests --gtest_filter="$filter" --gtest_brief=1
 wineserver -k || true
-# the .zip for Windows holds the program, the README and the example
+# the .zip for Windows holds the programs, the README and the example
 (cd build-windows && cpack -G ZIP >/dev/null)
 contents=$(cmake -E tar tf build-windows/bgrtool-*-win64.zip)
 grep -q 'bin/bgrtool\.exe$' <<<"$contents"
+[ ! -f build-windows/bgrkit.exe ] || grep -q 'bin/bgrkit\.exe$' <<<"$contents"
 grep -q 'examples/LMML\.txt$' <<<"$contents"

@@ -1,7 +1,5 @@
 #include "kit/render.h"
 
-#include <cairo.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
@@ -13,7 +11,7 @@
 #include "frame/file_access.h"
 #include "frame/text.h"
 #include "kit/kit.h"
-#include "platform/platform.h"
+#include "kit/png.h"
 
 namespace bgr::kit {
 namespace {
@@ -311,50 +309,6 @@ std::string SvgWriter::Draw() {
   return out_.str();
 }
 
-// The SVG rasteriser, found at run time: librsvg, drawing on a cairo surface.
-struct Rasteriser {
-  using NewFromData = void* (*)(const unsigned char*, unsigned long, void**);
-  using Size = int (*)(void*, double*, double*);
-  struct Rect {
-    double x, y, width, height;
-  };
-  using RenderDocument = int (*)(void*, cairo_t*, const Rect*, void**);
-  using Unref = void (*)(void*);
-
-  platform::SharedLibrary library{"librsvg-2.so.2"};
-  NewFromData newFromData = reinterpret_cast<NewFromData>(library.Symbol("rsvg_handle_new_from_data"));
-  Size size = reinterpret_cast<Size>(library.Symbol("rsvg_handle_get_intrinsic_size_in_pixels"));
-  RenderDocument render = reinterpret_cast<RenderDocument>(library.Symbol("rsvg_handle_render_document"));
-  Unref unref = reinterpret_cast<Unref>(library.Symbol("g_object_unref"));
-  bool usable() const { return newFromData && size && render && unref; }
-};
-
-cairo_status_t WritePng(void* closure, const unsigned char* data, unsigned int length) {
-  return std::fwrite(data, 1, length, static_cast<std::FILE*>(closure)) == length ? CAIRO_STATUS_SUCCESS
-                                                                                   : CAIRO_STATUS_WRITE_ERROR;
-}
-
-// Draws the SVG into a PNG stream; empty when done, else why not.
-std::string Rasterise(const std::string& svg, std::FILE* out) {
-  Rasteriser r;
-  if (!r.usable()) return "a PNG needs the SVG rasteriser librsvg: install the package librsvg2-2, or write an .svg";
-  void* handle = r.newFromData(reinterpret_cast<const unsigned char*>(svg.data()), svg.size(), nullptr);
-  if (!handle) return "the rasteriser refused the picture";
-  double w = 0, h = 0;
-  r.size(handle, &w, &h);
-  int pw = std::clamp(static_cast<int>(std::ceil(w)), 1, 32767), ph = std::clamp(static_cast<int>(std::ceil(h)), 1, 32767);
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pw, ph);
-  cairo_t* cr = cairo_create(surface);
-  Rasteriser::Rect viewport{0, 0, static_cast<double>(pw), static_cast<double>(ph)};
-  bool drawn = r.render(handle, cr, &viewport, nullptr) != 0;
-  cairo_destroy(cr);
-  bool written = drawn && cairo_surface_write_to_png_stream(surface, WritePng, out) == CAIRO_STATUS_SUCCESS;
-  cairo_surface_destroy(surface);
-  r.unref(handle);
-  if (!drawn) return "the rasteriser could not draw the picture";
-  return written ? "" : "the PNG could not be written";
-}
-
 }  // namespace
 
 bool LoadScene(const std::string& input, Scene& scene, std::string& error) {
@@ -415,7 +369,7 @@ int Render(const RenderOptions& o) {
   if (!out.Open(run.ctx, o.output)) return kFailed;
   bool ok;
   if (HasExtension(o.output, "png")) {
-    error = Rasterise(svg, out.get());
+    error = WritePng(svg, out.get());
     ok = error.empty();
   } else {
     ok = std::fwrite(svg.data(), 1, svg.size(), out.get()) == svg.size();
@@ -438,8 +392,8 @@ std::function<int()> SetupRender(CLI::App& command) {
       ->check(CLI::IsMember(std::vector<std::string>(kRenderLayers.begin(), kRenderLayers.end())));
   command.add_flag("--labels", o->labels, "write the number of each point of the network");
   command.add_option("--width", o->pixels, "width of the picture in pixels")->check(CLI::Range(16, 32767))->default_val(1600);
-  command.footer("Drawn to scale, north up, in feet from the network's origin, with a legend and a scale bar.\n"
-                 "A PNG is made of the SVG by librsvg (package librsvg2-2), found when it is needed.");
+  command.footer(std::string("Drawn to scale, north up, in feet from the network's origin, with a legend and a scale bar.\n") +
+                 kPngNote);
   return [o, layers] {
     if (!layers->empty()) o->layers = std::set<std::string>(layers->begin(), layers->end());
     return Render(*o);

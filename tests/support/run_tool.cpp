@@ -33,10 +33,11 @@ std::vector<std::string> Wrapper() {
 ToolRun RunTool(const std::string& built, const std::string& dir, const std::vector<std::string>& args,
                 long fileSizeLimit, const std::string& failCall) {
   std::vector<std::string> wrapper = Wrapper();
-  // BGRTOOL_TEST_BINARY runs the tables against another build of bgrtool (the
-  // Windows one under Wine, with BGRTOOL_TEST_WRAPPER=wine)
-  const char* other = std::getenv("BGRTOOL_TEST_BINARY");
-  std::string binary = other && std::string(built).find("bgrkit") == std::string::npos ? other : built;
+  // BGRTOOL_TEST_BINARY and BGRKIT_TEST_BINARY run the tables against other
+  // builds of the programs (the Windows ones under Wine, with BGRTOOL_TEST_WRAPPER=wine)
+  bool kit = built.find("bgrkit") != std::string::npos;
+  const char* other = std::getenv(kit ? "BGRKIT_TEST_BINARY" : "BGRTOOL_TEST_BINARY");
+  std::string binary = other ? other : built;
   if (!wrapper.empty()) {
     // found as a bare name on the PATH, so that its report lands in the run's folder
     symlink(binary.c_str(), (dir + "/bgrtool").c_str());
