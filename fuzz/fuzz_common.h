@@ -11,7 +11,6 @@
 #include <string>
 
 #include "formats/bgr_file.h"
-#include "frame/output.h"
 #include "frame/run_context.h"
 
 namespace bgrfuzz {
@@ -44,12 +43,7 @@ inline const std::string& WorkDir() {
   return folder.path();
 }
 
-struct Run {
-  Run() { ctx.KeepReportOnConsole(); }
-  bgr::OutputSink console;
-  bgr::OutputSink diagnostics;
-  bgr::RunContext ctx{console, diagnostics};
-};
+using Run = bgr::QuietRun;
 
 inline std::string WriteInput(const char* name, const std::uint8_t* data, std::size_t size) {
   std::string path = WorkDir() + "/" + name;

@@ -3,6 +3,8 @@
 // build tiles from it.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +22,10 @@ struct NetworkContent {
   OriginRecord origin;
   std::vector<NodeRecord> nodes;
   std::vector<EdgeRecord> edges;
+
+  // An edge's end may name a point that the file doesn't hold.
+  bool HasNode(std::int32_t p) const { return p >= 0 && static_cast<std::size_t>(p) < nodes.size(); }
+  const NodeRecord& Node(std::int32_t p) const { return nodes[static_cast<std::size_t>(p)]; }
 };
 
 // Reads through the library's BGR reader; a failed open is reported as every

@@ -3,7 +3,6 @@
 #include "formats/taxiway_list.h"
 #include "frame/file_access.h"
 #include "frame/line_reader.h"
-#include "frame/output.h"
 #include "frame/run_context.h"
 
 namespace bgr {
@@ -11,9 +10,8 @@ namespace bgr {
 PlyContent ReadPlyContent(std::string_view path) {
   PlyContent content;
   // the readers' warnings are theirs to give during -tm, not here
-  OutputSink console, diagnostics;
-  RunContext ctx{console, diagnostics};
-  ctx.KeepReportOnConsole();
+  QuietRun run;
+  RunContext& ctx = run.ctx;
   if (!FileExists(ctx, path)) return content;
   TaxiwayList net(ctx);
   net.plyName = std::string(path);

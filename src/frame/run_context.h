@@ -88,6 +88,17 @@ class RunContext {
   std::int64_t startClock_ = 0;
 };
 
+// A run whose console and report stay in memory: for reading files through the
+// library's readers on the side, without a word to the user.
+struct QuietRun {
+  QuietRun() { ctx.KeepReportOnConsole(); }
+  QuietRun(const QuietRun&) = delete;
+  QuietRun& operator=(const QuietRun&) = delete;
+  OutputSink console;
+  OutputSink diagnostics;
+  RunContext ctx{console, diagnostics};
+};
+
 std::string FormatReportLine(std::string_view format, std::string_view text, std::int16_t shortNumber,
                              std::int32_t longNumber, std::string_view text2);
 // report.txt in the place of the program's file name.

@@ -16,9 +16,9 @@
 #include "frame/int32_math.h"
 #include "frame/text.h"
 #include "kit/kit.h"
+#include "script/script_network.h"
 #include "tms/apron.h"
 #include "tms/repair_passes.h"
-#include "script/script_network.h"
 #include "tms/tms_job.h"
 
 namespace bgr::kit {
@@ -52,23 +52,16 @@ Finding At(Finding f, double x, double z) {
   return f;
 }
 
-bool HasPoint(const NetworkContent& n, std::int32_t p) {
-  return p >= 0 && static_cast<std::size_t>(p) < n.nodes.size();
-}
-const NodeRecord& Node(const NetworkContent& n, std::int32_t p) { return n.nodes[static_cast<std::size_t>(p)]; }
-
 // Place of an edge: its middle, or the end that exists.
 Finding AtEdge(Finding f, const NetworkContent& n, const EdgeRecord& e) {
-  bool a = HasPoint(n, e.from), b = HasPoint(n, e.to);
-  if (a && b) return At(std::move(f), (Node(n, e.from).x + Node(n, e.to).x) / 2, (Node(n, e.from).z + Node(n, e.to).z) / 2);
-  if (a) return At(std::move(f), Node(n, e.from).x, Node(n, e.from).z);
-  if (b) return At(std::move(f), Node(n, e.to).x, Node(n, e.to).z);
+  bool a = n.HasNode(e.from), b = n.HasNode(e.to);
+  if (a && b) return At(std::move(f), (n.Node(e.from).x + n.Node(e.to).x) / 2, (n.Node(e.from).z + n.Node(e.to).z) / 2);
+  if (a) return At(std::move(f), n.Node(e.from).x, n.Node(e.from).z);
+  if (b) return At(std::move(f), n.Node(e.to).x, n.Node(e.to).z);
   return f;
 }
 
-// A stored 0 means every flag.
-std::int32_t Flags(const EdgeRecord& e) { return e.flags == 0 ? kAllFlags : e.flags; }
-bool IsYellow(const EdgeRecord& e) { return e.type == kTaxiway && (Flags(e) & kAllFlags) == kPaintedOnly; }
+bool IsYellow(const EdgeRecord& e) { return e.type == kTaxiway && (EdgeFlags(e.flags) & kAllFlags) == kPaintedOnly; }
 
 // True when segments ab and cd cross at a point inside both (touching ends don't count).
 bool Cross(double ax, double az, double bx, double bz, double cx, double cz, double dx, double dz, double* x,
@@ -142,10 +135,8 @@ void NearTaxiways(TmsJob& job, Foreseen& f) {
 }  // namespace
 
 Foreseen ForeseeRepairs(const std::string& path) {
-  OutputSink console, diagnostics;
-  RunContext ctx{console, diagnostics};
-  ctx.KeepReportOnConsole();
-  auto job = std::make_unique<TmsJob>(ctx);
+  QuietRun run;
+  auto job = std::make_unique<TmsJob>(run.ctx);
   Foreseen f;
   if (job->Load(path) == 0) return f;
   f.ran = true;
@@ -217,7 +208,7 @@ void CheckDanglingEdges(const CheckInput& in, Findings& out) {
   for (std::size_t i = 0; i < n.edges.size(); ++i) {
     const EdgeRecord& e = n.edges[i];
     for (std::int32_t end : {e.from, e.to}) {
-      if (HasPoint(n, end)) continue;
+      if (n.HasNode(end)) continue;
       out.push_back(AtEdge(Make(Severity::kError, "dangling-edge", "edge", static_cast<std::int64_t>(i),
                                 "end point " + std::to_string(end) + " does not exist (the network has " +
                                     std::to_string(n.nodes.size()) + " points)"),
@@ -230,8 +221,8 @@ void CheckZeroLengthEdges(const CheckInput& in, Findings& out) {
   const NetworkContent& n = in.network;
   for (std::size_t i = 0; i < n.edges.size(); ++i) {
     const EdgeRecord& e = n.edges[i];
-    if (!HasPoint(n, e.from) || !HasPoint(n, e.to)) continue;
-    const NodeRecord &a = Node(n, e.from), &b = Node(n, e.to);
+    if (!n.HasNode(e.from) || !n.HasNode(e.to)) continue;
+    const NodeRecord &a = n.Node(e.from), &b = n.Node(e.to);
     if (a.x == b.x && a.y == b.y && a.z == b.z)
       out.push_back(At(Make(Severity::kWarning, "zero-length-edge", "edge", static_cast<std::int64_t>(i),
                             "both ends lie at one place; writing the network back leaves it out"),
@@ -322,8 +313,8 @@ void CheckCrossings(const CheckInput& in, Findings& out) {
   std::vector<Side> sides;
   for (std::size_t i = 0; i < n.edges.size(); ++i) {
     const EdgeRecord& e = n.edges[i];
-    if (e.type != kTaxiway || IsYellow(e) || !HasPoint(n, e.from) || !HasPoint(n, e.to)) continue;
-    sides.push_back({i, Node(n, e.from).x, Node(n, e.from).z, Node(n, e.to).x, Node(n, e.to).z});
+    if (e.type != kTaxiway || IsYellow(e) || !n.HasNode(e.from) || !n.HasNode(e.to)) continue;
+    sides.push_back({i, n.Node(e.from).x, n.Node(e.from).z, n.Node(e.to).x, n.Node(e.to).z});
   }
   if (sides.size() < 2) return;
   // a sweep along x: only sides whose x ranges overlap are compared
@@ -420,14 +411,12 @@ void CheckAprons(const CheckInput& in, Findings& out) {
       }
     }
   }
-  OutputSink console, diagnostics;
-  RunContext ctx{console, diagnostics};
-  ctx.KeepReportOnConsole();
-  TaxiwayList net(ctx);
+  QuietRun run;
+  TaxiwayList net(run.ctx);
   net.plyName = in.plyPath;
   if (!net.OpenPly("r")) return;
   TEXPOINTS points;
-  points.Attach(&ctx);
+  points.Attach(&run.ctx);
   TEXTURE polygon;
   // the polygons as -tm reads them, with its verdict on each
   std::int32_t lastHash = 0;
@@ -557,10 +546,10 @@ int Check(const Options& o) {
     doc["summary"] = {{"errors", counts[0]}, {"warnings", counts[1]}, {"notes", counts[2]}};
     std::cout << doc.dump(2) << "\n";
   } else {
+    auto counted = [](int n, const char* what) { return std::to_string(n) + " " + what + (n == 1 ? "" : "s"); };
     for (const Finding& f : findings) std::cout << FormatFinding(f) << "\n";
-    std::cout << input.path << ": " << counts[0] << " error" << (counts[0] == 1 ? "" : "s") << ", " << counts[1]
-              << " warning" << (counts[1] == 1 ? "" : "s") << ", " << counts[2] << " note"
-              << (counts[2] == 1 ? "" : "s") << "\n";
+    std::cout << input.path << ": " << counted(counts[0], "error") << ", " << counted(counts[1], "warning") << ", "
+              << counted(counts[2], "note") << "\n";
   }
   return counts[0] + counts[1] > 0 ? kFailed : kDone;
 }

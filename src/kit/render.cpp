@@ -12,6 +12,7 @@
 #include "frame/text.h"
 #include "kit/kit.h"
 #include "kit/png.h"
+#include "tms/tms_job.h"
 
 namespace bgr::kit {
 namespace {
@@ -76,8 +77,6 @@ struct Box {
   }
   bool empty() const { return x0 > x1; }
 };
-
-bool HasPoint(const NetworkContent& n, std::int32_t p) { return p >= 0 && static_cast<std::size_t>(p) < n.nodes.size(); }
 
 // A number of 1, 2 or 5 times a power of ten, near a fifth of the span.
 double ScaleBarFeet(double span) {
@@ -213,9 +212,9 @@ void SvgWriter::Network() {
   for (int pass = 0; pass < 3; ++pass) {
     for (std::size_t i = 0; i < n.edges.size(); ++i) {
       const EdgeRecord& e = n.edges[i];
-      if (!HasPoint(n, e.from) || !HasPoint(n, e.to)) continue;
-      const NodeRecord &a = n.nodes[static_cast<std::size_t>(e.from)], &b = n.nodes[static_cast<std::size_t>(e.to)];
-      std::int32_t flags = e.flags == 0 ? 15 : e.flags;
+      if (!n.HasNode(e.from) || !n.HasNode(e.to)) continue;
+      const NodeRecord &a = n.Node(e.from), &b = n.Node(e.to);
+      std::int32_t flags = EdgeFlags(e.flags);
       const char* colour;
       double width;
       if (pass == 2) {
@@ -223,8 +222,8 @@ void SvgWriter::Network() {
         colour = kCntr.colour;
         width = std::max(1.0, font_ / 10);
       } else {
-        if ((pass == 0) != (e.type == 0)) continue;
-        colour = e.type == 0 ? kRunway.colour : kTaxiway.colour;
+        if ((pass == 0) != (e.type == bgr::kRunway)) continue;
+        colour = e.type == bgr::kRunway ? kRunway.colour : kTaxiway.colour;
         width = std::max(1, e.width);
       }
       out_ << "<line data-edge=\"" << i << "\" x1=\"" << Num(a.x) << "\" y1=\"" << Num(-a.z) << "\" x2=\"" << Num(b.x)

@@ -1,10 +1,10 @@
 #include "tms/apron.h"
 
+#include "formats/taxiway_list.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
 #include "tms/taxi_polygons.h"
-#include "formats/taxiway_list.h"
 #include "tms/tms_job.h"
 
 namespace bgr {

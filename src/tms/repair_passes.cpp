@@ -67,7 +67,6 @@ std::int32_t AppendEdge(TmsJob& job, const TaxiwayEdge& edge) {
   return n;
 }
 
-
 }  // namespace
 
 bool WithinEdge(double x, double z, const PlaneLine& line, const TEXPOINT& a, const TEXPOINT& b, double spare) {

@@ -125,7 +125,7 @@ void TmsJob::PrepareNetwork() {
   ScalePointsUp(network.points);
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     TaxiwayEdge& e = Edge(i);
-    if (e.flags == 0) e.flags = kAllFlags;
+    e.flags = EdgeFlags(e.flags);
     if (e.type == kTaxiway && (e.flags & kAllFlags) == kPaintedOnly) {
       yellowCount = WrapAdd(yellowCount, 1);
       e.type = kYellowLine;
@@ -143,9 +143,7 @@ void TmsJob::PrepareNetwork() {
   }
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     TaxiwayEdge& e = Edge(i);
-    if (e.type != kTaxiway || Mark(e.start) != 1 ||
-        Mark(e.end) != 1)
-      continue;
+    if (e.type != kTaxiway || Mark(e.start) != 1 || Mark(e.end) != 1) continue;
     TEXPOINT a = Point(e.start), b = Point(e.end);
     if (PointDistance(a.x, a.z, b.x, b.z) <= kShortLinkUnits) e.type = kShortLink;
   }

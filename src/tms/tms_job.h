@@ -35,6 +35,7 @@ inline constexpr std::int32_t kYellowLine = 102;
 inline constexpr std::int32_t kPaved = 1;
 inline constexpr std::int32_t kAllFlags = 15;
 inline constexpr std::int32_t kPaintedOnly = 2;
+constexpr std::int32_t EdgeFlags(std::int32_t stored) { return stored == 0 ? kAllFlags : stored; }
 // With this many yellow lines or more they are left out of the written network.
 inline constexpr std::int32_t kYellowLinesKept = 100;
 
