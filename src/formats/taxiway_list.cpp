@@ -13,7 +13,6 @@
 namespace bgr {
 namespace {
 
-constexpr std::int32_t kMaxPlyCorners = 255;
 constexpr std::int32_t kManyPlyCorners = 128;  // from here on a polygon is reported
 constexpr int kShiftTries = 10;
 

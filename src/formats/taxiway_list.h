@@ -21,6 +21,9 @@ struct TaxiwayEdge {
   std::int32_t flags = 0;
 };
 
+// A PLY polygon of more corners is ended there and the rest made a polygon of its own.
+inline constexpr std::int32_t kMaxPlyCorners = 255;
+
 inline constexpr const char* kNoneBgr = "DATA\\NONE.BGR";
 
 class RunContext;

@@ -6,12 +6,16 @@
 #include <cmath>
 #include <cstdio>
 #include <iostream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "formats/bgr_file.h"
+#include "formats/edge_kinds.h"
 #include "formats/taxiway_list.h"
+#include "formats/working_units.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
 #include "frame/text.h"
@@ -24,10 +28,9 @@
 namespace bgr::kit {
 namespace {
 
-constexpr double kWorkingRangeFeet = 8388607.0;   // beyond it, 256 units to the foot overflow 32 bits
-constexpr std::int32_t kLeastWidth = 25, kMostWidth = 500;
+// beyond it, working units overflow 32 bits
+constexpr std::int32_t kWorkingRangeFeet = std::numeric_limits<std::int32_t>::max() / kUnitsPerFoot;
 constexpr double kNearMiss = 76800.0;             // 300 ft: an end this close was likely meant to touch
-constexpr std::int32_t kPlyCorners = 255;
 
 std::string Feet(double v) {
   char text[32];
@@ -61,7 +64,7 @@ Finding AtEdge(Finding f, const NetworkContent& n, const EdgeRecord& e) {
   return f;
 }
 
-bool IsYellow(const EdgeRecord& e) { return e.type == kTaxiway && (EdgeFlags(e.flags) & kAllFlags) == kPaintedOnly; }
+bool IsYellow(const EdgeRecord& e) { return IsYellowLine(e.type, e.flags); }
 
 // True when segments ab and cd cross at a point inside both (touching ends don't count).
 bool Cross(double ax, double az, double bx, double bz, double cx, double cz, double dx, double dz, double* x,
@@ -77,7 +80,7 @@ bool Cross(double ax, double az, double bx, double bz, double cx, double cz, dou
   return true;
 }
 
-Place InFeet(const TEXPOINT& p) { return {p.x / 256.0, p.z / 256.0}; }
+Place InFeet(const TEXPOINT& p) { return {UnitsToFeet(p.x), UnitsToFeet(p.z)}; }
 
 // The points that moved since 'before', as moves in feet.
 void MovedPoints(const std::vector<TEXPOINT>& before, const TEXPOINTS& after, std::vector<Foreseen::Move>& moves) {
@@ -98,7 +101,7 @@ void NearRunways(TmsJob& job, const std::vector<TEXPOINT>& start, Foreseen& f) {
     for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
       double d = job.runwayList.At(s)->line.SegmentDistance(p.x, p.z);
       if (d <= kSnapReach || d > kNearMiss) continue;
-      f.nearRunway.push_back({q, InFeet(p), d / 256.0, job.runwayList.At(s)->edge});
+      f.nearRunway.push_back({q, InFeet(p), UnitsToFeet(d), job.runwayList.At(s)->edge});
       break;
     }
   }
@@ -126,7 +129,7 @@ void NearTaxiways(TmsJob& job, Foreseen& f) {
         double d = PointDistance(x, z, job.Point(q).x, job.Point(q).z);
         if (d <= kSnapReach || d > kNearMiss) continue;
         reported[static_cast<std::size_t>(q)] = 1;
-        f.nearTaxiway.push_back({q, InFeet(job.Point(q)), d / 256.0, static_cast<std::uint32_t>(b)});
+        f.nearTaxiway.push_back({q, InFeet(job.Point(q)), UnitsToFeet(d), static_cast<std::uint32_t>(b)});
       }
     }
   }
@@ -272,10 +275,11 @@ void CheckWidths(const CheckInput& in, Findings& out) {
   const NetworkContent& n = in.network;
   for (std::size_t i = 0; i < n.edges.size(); ++i) {
     const EdgeRecord& e = n.edges[i];
-    if (e.width >= kLeastWidth && e.width <= kMostWidth) continue;
+    if (e.width >= kMinWidth && e.width <= kMaxWidth) continue;
     out.push_back(AtEdge(Make(Severity::kWarning, "width-clamped", "edge", static_cast<std::int64_t>(i),
-                              "width " + std::to_string(e.width) + " ft lies outside 25..500 ft; a write makes it " +
-                                  std::to_string(e.width < kLeastWidth ? kLeastWidth : kMostWidth) + " ft"),
+                              "width " + std::to_string(e.width) + " ft lies outside " + std::to_string(kMinWidth) + ".." +
+                                  std::to_string(kMaxWidth) + " ft; a write makes it " +
+                                  std::to_string(e.width < kMinWidth ? kMinWidth : kMaxWidth) + " ft"),
                          n, e));
   }
 }
@@ -286,7 +290,8 @@ void CheckRange(const CheckInput& in, Findings& out) {
     const NodeRecord& p = n.nodes[i];
     if (std::fabs(p.x) <= kWorkingRangeFeet && std::fabs(p.z) <= kWorkingRangeFeet) continue;
     out.push_back(At(Make(Severity::kError, "out-of-range", "point", static_cast<std::int64_t>(i),
-                          "lies beyond 8388607 ft of the origin, where -tm's working units overflow"),
+                          "lies beyond " + std::to_string(kWorkingRangeFeet) +
+                              " ft of the origin, where -tm's working units overflow"),
                      p.x, p.z));
   }
 }
@@ -426,8 +431,8 @@ void CheckAprons(const CheckInput& in, Findings& out) {
     const TEXPOINT first = polygon.count > 0 ? points[polygon.verts[0].point] : TEXPOINT{};
     auto make = [&](Severity s, const char* code, const char* text) {
       bool scaled = fate == ApronFate::kMade;
-      out.push_back(At(Make(s, code, "polygon", k, text), scaled ? first.x / 256.0 : first.x,
-                       scaled ? first.z / 256.0 : first.z));
+      out.push_back(At(Make(s, code, "polygon", k, text), scaled ? UnitsToFeet(first.x) : first.x,
+                       scaled ? UnitsToFeet(first.z) : first.z));
     };
     switch (fate) {
       case ApronFate::kTooFew: make(Severity::kWarning, "short-polygon", "fewer than 3 corners; -tm leaves it out"); break;
@@ -462,10 +467,10 @@ void CheckPlyLines(const CheckInput& in, Findings& out) {
                                std::to_string(got < 0 ? 0 : got) + " -tm passes over it"));
     } else if (std::sscanf(line.c_str(), "POI %ld %ld", &v[0], &v[1]) == 2) {
       if (run == 0) runStart = number;
-      if (++run == kPlyCorners) {
+      if (++run == kMaxPlyCorners) {
         out.push_back(Make(Severity::kError, "too-many-corners", "line", number,
                            "the polygon begun on line " + std::to_string(runStart) +
-                               " reaches 255 corners here; -tm ends it and makes a polygon of its own of the rest"));
+                               " reaches " + std::to_string(kMaxPlyCorners) + " corners here; -tm ends it and makes a polygon of its own of the rest"));
         run = 0;
       }
     } else if (line.rfind("PLY ", 0) == 0) {

@@ -8,17 +8,16 @@
 #include <memory>
 #include <sstream>
 
+#include "formats/edge_kinds.h"
+#include "formats/working_units.h"
 #include "frame/file_access.h"
 #include "frame/text.h"
 #include "kit/kit.h"
 #include "kit/png.h"
-#include "tms/tms_job.h"
 
 namespace bgr::kit {
 namespace {
 
-constexpr double kUnits = 256.0;  // working units of a TMS file to the foot
-constexpr std::int32_t kPaintedLine = 2;
 
 struct Layer {
   const char* id;
@@ -131,7 +130,7 @@ Box SvgWriter::Bounds() const {
       for (const auto& tile : column)
         for (const auto& section : tile)
           for (const TmsShape& shape : section)
-            for (auto [x, z] : shape.corners) box.Add(x / kUnits, z / kUnits);
+            for (auto [x, z] : shape.corners) box.Add(x / kUnitsPerFoot, z / kUnitsPerFoot);
   }
   if (box.empty()) box.Add(0, 0);
   return box;
@@ -149,7 +148,7 @@ void SvgWriter::Tiles() {
                                                [static_cast<std::size_t>(section)]) {
           out_ << "<polygon data-tile=\"" << x << "," << z << "\" points=\"";
           for (std::size_t i = 0; i < shape.corners.size(); ++i)
-            out_ << (i ? " " : "") << Pt(shape.corners[i].first / kUnits, shape.corners[i].second / kUnits);
+            out_ << (i ? " " : "") << Pt(shape.corners[i].first / kUnitsPerFoot, shape.corners[i].second / kUnitsPerFoot);
           out_ << "\"/>\n";
         }
     out_ << "</g>\n";
@@ -165,7 +164,7 @@ void SvgWriter::Tiles() {
              << kLightColours[static_cast<unsigned>(shape.lightType) % 4] << "\" stroke-dasharray=\"0 " << Num(step)
              << "\" points=\"";
         for (std::size_t i = 0; i < shape.corners.size(); ++i)
-          out_ << (i ? " " : "") << Pt(shape.corners[i].first / kUnits, shape.corners[i].second / kUnits);
+          out_ << (i ? " " : "") << Pt(shape.corners[i].first / kUnitsPerFoot, shape.corners[i].second / kUnitsPerFoot);
         out_ << "\"/>\n";
       }
   out_ << "</g>\n";

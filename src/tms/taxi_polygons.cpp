@@ -16,8 +16,8 @@ constexpr double kFilletStep = 6400.0;       // 25 ft of curve to a fillet quad
 constexpr std::int32_t kMostFilletSteps = 25;
 constexpr std::int32_t kLeastLitFilletSteps = 7;
 constexpr double kLeastLitJointEdge = 76800.0;  // 300 ft
-constexpr double kLineWidth = 256.0;         // 1 ft of paint
-constexpr double kHalfLineWidth = 128.0;
+constexpr double kLineWidth = kUnitsPerFoot;  // 1 ft of paint
+constexpr double kHalfLineWidth = kLineWidth / 2;
 constexpr std::int32_t kRibbonLightStep = 100;
 constexpr std::int32_t kJointLightStep = 25;
 constexpr std::int32_t kEdgeLightType = 256;  // type 1 in the high byte of the light word
@@ -30,9 +30,6 @@ constexpr double kLeastFilletCrossing = 0.5235987755982988;  // 30 degrees
 
 constexpr std::int32_t kCentreStrip = 1;
 constexpr std::int32_t kCentreLights = 2;
-constexpr std::int32_t kPaintFlag = 2;
-constexpr std::int32_t kCentreLightFlag = 4;
-constexpr std::int32_t kEdgeLightFlag = 8;
 
 double Distance(const TEXPOINT& p, PlanePoint q) { return PointDistance(p.x, p.z, q.x, q.z); }
 
@@ -58,7 +55,7 @@ bool StripEnds(const TEXPOINT& a, const TEXPOINT& b, double* x1, double* z1, dou
 std::int32_t Mid(std::int32_t a, std::int32_t b) { return WrapAdd(a, b) / 2; }
 
 std::int32_t LineFlagsOf(std::int32_t flags) {
-  return ((flags & kPaintFlag) ? kCentreStrip : 0) | ((flags & kCentreLightFlag) ? kCentreLights : 0);
+  return ((flags & kPaintedLine) ? kCentreStrip : 0) | ((flags & kCentreLightFlag) ? kCentreLights : 0);
 }
 
 TEXPOINT Whole(PlanePoint p) { return {TruncToLong(p.x), 0, TruncToLong(p.z)}; }

@@ -125,11 +125,11 @@ void TmsJob::PrepareNetwork() {
   ScalePointsUp(network.points);
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     TaxiwayEdge& e = Edge(i);
-    e.flags = EdgeFlags(e.flags);
-    if (e.type == kTaxiway && (e.flags & kAllFlags) == kPaintedOnly) {
+    if (IsYellowLine(e.type, e.flags)) {
       yellowCount = WrapAdd(yellowCount, 1);
       e.type = kYellowLine;
     }
+    e.flags = EdgeFlags(e.flags);
     e.width = WrapMul(e.width, kUnitsPerFoot);
   }
   std::fill(pointMarks_.begin(), pointMarks_.end(), 0);

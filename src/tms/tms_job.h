@@ -8,8 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/edge_kinds.h"
 #include "formats/taxiway_list.h"
 #include "formats/tms_file.h"
+#include "formats/working_units.h"
 #include "geometry/planar.h"
 #include "tms/tile_grid.h"
 
@@ -17,25 +19,12 @@ namespace bgr {
 
 class RunContext;
 
-// Working units: 256 to the foot, so that coordinates stay whole numbers.
-inline constexpr std::int32_t kUnitsPerFoot = 256;
 inline constexpr double kShortLinkUnits = 128000.0;  // 500 ft: a lone link up to this long is dropped
 inline constexpr double kBoundsMargin = 128000.0;    // 500 ft around everything
 inline constexpr std::int32_t kLeastTileSize = 128000;
 inline constexpr std::int32_t kMarkedPoints = 12000;
 inline constexpr std::int32_t kRunwaySegments = 32;
 
-// Edge types that live only inside the job; a BGR file holds 0 and 1.
-inline constexpr std::int32_t kRunway = 0;
-inline constexpr std::int32_t kTaxiway = 1;
-inline constexpr std::int32_t kExitStub = 100;
-inline constexpr std::int32_t kShortLink = 101;
-inline constexpr std::int32_t kYellowLine = 102;
-// Edge flag bits; a stored 0 means all of them.
-inline constexpr std::int32_t kPaved = 1;
-inline constexpr std::int32_t kAllFlags = 15;
-inline constexpr std::int32_t kPaintedOnly = 2;
-constexpr std::int32_t EdgeFlags(std::int32_t stored) { return stored == 0 ? kAllFlags : stored; }
 // With this many yellow lines or more they are left out of the written network.
 inline constexpr std::int32_t kYellowLinesKept = 100;
 

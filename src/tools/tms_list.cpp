@@ -2,6 +2,7 @@
 #include <string>
 
 #include "formats/tms_file.h"
+#include "formats/working_units.h"
 #include "frame/file_access.h"
 #include "frame/run_context.h"
 #include "geometry/geo_angle.h"
@@ -11,7 +12,7 @@ namespace bgr {
 namespace {
 
 void PrintPoint(OutputSink& out, const TEXPOINT& p, ListRange& range) {
-  out.Printf(" %d %d %d (%d %d %d ft)\n", p.x, p.y, p.z, p.x / 256, p.y / 256, p.z / 256);
+  out.Printf(" %d %d %d (%d %d %d ft)\n", p.x, p.y, p.z, p.x / kUnitsPerFoot, p.y / kUnitsPerFoot, p.z / kUnitsPerFoot);
   if (p.x < range.lowX) range.lowX = p.x;
   if (p.x > range.highX) range.highX = p.x;
   if (p.z < range.lowZ) range.lowZ = p.z;
