@@ -56,6 +56,17 @@ void MoveAndDelete(std::vector<CliCase>& cases) {
   cases.push_back(Failing("mv onto its own source under another case is refused", {"-mv1", "a.bgr", "A.BGR"},
                           {{"a.bgr", Triangle()}}, "BgrMove source and destination are the same file 'A.BGR'", {},
                           {{"a.bgr", Triangle()}}));
+  // an output that can't be opened is named before the copy, which still runs through the source
+  cases.push_back(Failing("mv onto a folder is refused before the copy", {"-mv100:0", "a.bgr", "b.bgr"},
+                          {{"a.bgr", Triangle()}, {"b.bgr/keep", "k"}}, "BgrMove dest file 'b.bgr' not openable",
+                          {NotWritten("b.bgr")}, {{"a.bgr", Triangle()}, {"b.bgr/keep", "k"}}));
+  {
+    CliCase c = Failing("de into a missing folder still names the edges it would delete", {"-de0:1", "a.bgr", "no/b.bgr"},
+                        {{"a.bgr", Triangle()}}, "BgrMove dest file 'no/b.bgr' not openable", {NotWritten("no/b.bgr")},
+                        {{"a.bgr", Triangle()}}, {"no"});
+    c.out += "Deleted 0 1\nDeleted 1 0\n";
+    cases.push_back(c);
+  }
   cases.push_back({"de deletes the edges between two nodes either way", {"-de0:1", "a.bgr", "b.bgr"},
                    {{"a.bgr", Triangle()}}, "Deleted 0 1\nDeleted 1 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({2, 3})}}});
   cases.push_back({"de with one node deletes all its edges", {"-de2", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}},
