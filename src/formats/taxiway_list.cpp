@@ -171,10 +171,7 @@ bool TaxiwayList::ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift) {
       }
     }
   }
-  if (tex.count >= kManyPlyCorners && !ctx_.once.plyTooManyPoints) {
-    ctx_.once.plyTooManyPoints = true;
-    ctx_.Report("TaxiwayList::ReadPly - too many points %d %ld");
-  }
+  if (tex.count >= kManyPlyCorners) ctx_.ReportOnce("TaxiwayList::ReadPly - too many points %d %ld");
   return tex.count > 0;
 }
 

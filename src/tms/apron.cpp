@@ -52,10 +52,7 @@ void GenerateApron(TmsJob& job, ApronPass pass) {
   std::int32_t lastHash = 0;
   job.network.RewindPly();
   for (ApronFate fate; (fate = NextApron(job.network, points, polygon, lastHash)) != ApronFate::kEnd;) {
-    if (fate == ApronFate::kComplex && !job.ctx().once.apronComplex) {
-      job.ctx().once.apronComplex = true;
-      job.ctx().Report(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
-    }
+    if (fate == ApronFate::kComplex) job.ctx().ReportOnce(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
     if (fate != ApronFate::kMade) continue;
     if (pass == ApronPass::kMeasure) {
       for (std::int32_t v = 0; v < polygon.count; ++v) {
@@ -73,10 +70,7 @@ void GenerateApronPolygons(TmsJob& job, TEXPOINTS& points, TEXTURE& polygon) {
   bool any = ForEachApronTriangle(points, polygon, [&](const TEXPOINT& a, const TEXPOINT& b, const TEXPOINT& c) {
     job.grid.ClipTriangle(kPaveLayer, a.x, a.z, b.x, b.z, c.x, c.z);
   });
-  if (!any && !job.ctx().once.apronTriangulationFailed) {
-    job.ctx().once.apronTriangulationFailed = true;
-    job.ctx().Report("%sGenerateApronPolygons - triangulation failed %d %ld");
-  }
+  if (!any) job.ctx().ReportOnce("%sGenerateApronPolygons - triangulation failed %d %ld");
 }
 
 }  // namespace bgr

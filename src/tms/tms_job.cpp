@@ -111,10 +111,8 @@ void TmsJob::GrowBounds(std::int32_t x, std::int32_t z) {
 }
 
 void TmsJob::AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end) {
-  if (!list.Add(edge, start, end) && !ctx_.once.segmentListFull) {
-    ctx_.once.segmentListFull = true;
-    ctx_.Report("SegmentList::Add - too many edges");
-  }
+  // one message for both lists
+  if (!list.Add(edge, start, end)) ctx_.ReportOnce("SegmentList::Add - too many edges");
   // an edge that didn't fit still widens the box
   GrowBounds(start.x, start.z);
   GrowBounds(end.x, end.z);
