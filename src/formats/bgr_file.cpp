@@ -61,15 +61,16 @@ bool BgrFile::OpenReplace(RunContext& ctx, std::string_view name) {
   context_ = &ctx;
   name_ = name;
   writing_ = 1;
-  stream_ = OpenPart(ctx, name, part_);
+  replacing_.Open(ctx, name);
   WriteTag("<bgno>");
-  return static_cast<bool>(stream_);
+  return static_cast<bool>(replacing_);
 }
 
 bool BgrFile::Close() {
-  if (!stream_) {
+  if (!IsOpen()) {
+    bool openFailed = writing_ != 0;
     writing_ = 0;
-    return true;
+    return !openFailed;
   }
   bool wasWriting = writing_ != 0;
   if (wasWriting) WriteTag("<endo>");
@@ -79,11 +80,13 @@ bool BgrFile::Close() {
   writeFailed_ = false;
   writeError_ = 0;
   std::string failure;
-  if (flushed) {
-    failure = PutInPlace(stream_, part_, name_);
-  } else {
-    DropPart(stream_, part_);
+  if (!flushed) {
+    Drop();
     failure = std::strerror(flushError != 0 ? flushError : EIO);
+  } else if (replacing_) {
+    failure = replacing_.Commit();
+  } else if (!stream_.Close()) {
+    failure = stream_.error();
   }
   if (failure.empty() || !wasWriting) return true;
   context_->Report("BgrFile cannot write '%s': %s", name_, 0, 0, failure);
@@ -93,8 +96,13 @@ bool BgrFile::Close() {
 void BgrFile::Abandon() {
   pending_.clear();
   writeFailed_ = false;
-  DropPart(stream_, part_);
+  Drop();
   writing_ = 0;
+}
+
+void BgrFile::Drop() {
+  if (stream_) std::fclose(stream_.release());
+  replacing_.Drop();
 }
 
 void BgrFile::ResetWindow(long start) {
@@ -104,10 +112,10 @@ void BgrFile::ResetWindow(long start) {
 }
 
 bool BgrFile::Refill() {
-  if (!stream_ || writing_) return false;
+  if (!IsOpen() || writing_) return false;
   windowStart_ += static_cast<long>(windowLen_);
   windowPos_ = 0;
-  windowLen_ = std::fread(window_.data(), 1, window_.size(), stream_.get());
+  windowLen_ = std::fread(window_.data(), 1, window_.size(), file());
   return windowLen_ > 0;
 }
 
@@ -127,28 +135,28 @@ bool BgrFile::ReadBytes(void* out, std::size_t n) {
 }
 
 long BgrFile::Tell() const {
-  if (!stream_) return 0;
-  if (writing_) return std::ftell(stream_.get()) + static_cast<long>(pending_.size());
+  if (!IsOpen()) return 0;
+  if (writing_) return std::ftell(file()) + static_cast<long>(pending_.size());
   return windowStart_ + static_cast<long>(windowPos_);
 }
 
 bool BgrFile::Seek(long position) {
-  if (!stream_ || position < 0) return false;
-  if (writing_) return FlushPending() && std::fseek(stream_.get(), position, SEEK_SET) == 0;
+  if (!IsOpen() || position < 0) return false;
+  if (writing_) return FlushPending() && std::fseek(file(), position, SEEK_SET) == 0;
   if (position >= windowStart_ && position <= windowStart_ + static_cast<long>(windowLen_)) {
     windowPos_ = static_cast<std::size_t>(position - windowStart_);
     return true;
   }
-  std::clearerr(stream_.get());
-  if (std::fseek(stream_.get(), position, SEEK_SET) != 0) return false;
+  std::clearerr(file());
+  if (std::fseek(file(), position, SEEK_SET) != 0) return false;
   ResetWindow(position);
   return true;
 }
 
 long BgrFile::Length() {
-  if (!stream_) return 0;
+  if (!IsOpen()) return 0;
   if (writing_) FlushPending();
-  std::FILE* f = stream_.get();
+  std::FILE* f = file();
   long here = std::ftell(f);
   std::fseek(f, 0, SEEK_END);
   long length = std::ftell(f);
@@ -157,16 +165,16 @@ long BgrFile::Length() {
 }
 
 bool BgrFile::WriteBytes(const void* data, std::size_t n) {
-  if (!stream_ || writeFailed_) return false;
+  if (!IsOpen() || writeFailed_) return false;
   const auto* bytes = static_cast<const unsigned char*>(data);
   pending_.insert(pending_.end(), bytes, bytes + n);
   return pending_.size() < kWindowBytes || FlushPending();
 }
 
 bool BgrFile::FlushPending() {
-  if (!pending_.empty() && stream_ && !writeFailed_) {
+  if (!pending_.empty() && IsOpen() && !writeFailed_) {
     errno = 0;
-    writeFailed_ = std::fwrite(pending_.data(), 1, pending_.size(), stream_.get()) != pending_.size();
+    writeFailed_ = std::fwrite(pending_.data(), 1, pending_.size(), file()) != pending_.size();
     if (writeFailed_) writeError_ = errno;
   }
   pending_.clear();
@@ -179,7 +187,7 @@ bool BgrFile::WriteTag(std::string_view text) {
 }
 
 bool BgrFile::ReadTag(std::string_view text) {
-  if (!stream_ || writing_) return false;
+  if (!IsOpen() || writing_) return false;
   long start = Tell();
   bool match = true;
   for (char want : text) {

@@ -25,10 +25,6 @@ TaxiwayList::TaxiwayList(RunContext& ctx) : bgrName(kNoneBgr), ctx_(ctx) {
   Reset();
 }
 
-TaxiwayList::~TaxiwayList() {
-  if (!plyPart_.empty()) DropPart(plyFile, plyPart_);
-}
-
 void TaxiwayList::Reset() {
   points.SetCount(0);
   edgeCount = 0;
@@ -110,24 +106,28 @@ bool TaxiwayList::OpenPly(std::string_view mode) {
   } else if (Stream old = mode[0] == 'a' ? WrapFileOpen(ctx_, plyName, "rb") : Stream(); mode[0] != 'a' || old) {
     // Lines are added to a copy beside the file, which takes the file's place
     // when it is closed: a write that fails leaves the old file whole.
-    plyFile = OpenPart(ctx_, plyName, plyPart_, mode);
-    if (plyFile && old) {
+    plyOut_.Open(ctx_, plyName, mode);
+    if (plyOut_ && old) {
       char buffer[65536];
       std::size_t n;
-      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, plyFile.get());
+      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, plyOut_.get());
     }
   }
-  if (!plyFile) {
+  if (!PlyStream()) {
     ctx_.Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", plyName);
   } else if (!mode.empty() && mode[0] == 'w') {
-    std::fprintf(plyFile.get(), "ORG %lf %lf\n", originLat, originLon);
+    std::fprintf(PlyStream(), "ORG %lf %lf\n", originLat, originLon);
   }
-  return static_cast<bool>(plyFile);
+  return PlyStream() != nullptr;
 }
 
 std::int32_t TaxiwayList::ClosePly() {
-  if (!plyFile) return 1;
-  std::string failure = PutInPlace(plyFile, plyPart_, plyName);
+  if (plyFile && !plyFile.Close()) {
+    ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, plyFile.error());
+    return 0;
+  }
+  if (!plyOut_) return 1;
+  std::string failure = plyOut_.Commit();
   if (failure.empty()) return 1;
   ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, failure);
   return 0;
@@ -203,31 +203,31 @@ std::int32_t TaxiwayList::ToPlyCoordinates(double x, double z, std::int32_t* out
 }
 
 std::int32_t TaxiwayList::WritePlyPoint(double x, double, double z) {
-  if (plyFile) {
+  if (PlyStream()) {
     std::int32_t px, pz;
     ToPlyCoordinates(x, z, &px, &pz);
-    std::fprintf(plyFile.get(), "POI %d %d\n", px, pz);
+    std::fprintf(PlyStream(), "POI %d %d\n", px, pz);
   }
   state = NetState::kPolygon;
   return 1;
 }
 
 std::int32_t TaxiwayList::EndPlyPolygon(std::string_view name) {
-  if (state == NetState::kPolygon && plyFile) std::fprintf(plyFile.get(), "PLY \"%s\"\n", std::string(name).c_str());
+  if (state == NetState::kPolygon && PlyStream()) std::fprintf(PlyStream(), "PLY \"%s\"\n", std::string(name).c_str());
   state = NetState::kOpen;
   return 1;
 }
 
 std::int32_t TaxiwayList::WritePlyLight(std::int32_t kind, double x1, double, double z1, double x2, double,
                                         double z2, std::int32_t count) {
-  if (count >= 1 && plyFile) {
+  if (count >= 1 && PlyStream()) {
     std::int32_t ax, az, bx, bz;
     ToPlyCoordinates(x1, z1, &ax, &az);
     ToPlyCoordinates(x2, z2, &bx, &bz);
     if (count == 1) {
-      std::fprintf(plyFile.get(), "LGT %d %d %d\n", kind, ax, az);
+      std::fprintf(PlyStream(), "LGT %d %d %d\n", kind, ax, az);
     } else {
-      std::fprintf(plyFile.get(), "LGT %d %d %d %d %d %d\n", kind, ax, az, bx, bz, count);
+      std::fprintf(PlyStream(), "LGT %d %d %d %d %d %d\n", kind, ax, az, bx, bz, count);
     }
   }
   state = NetState::kOpen;

@@ -39,7 +39,7 @@ class TaxiwayList {
   // Nothing is saved on destruction: an owner that built a network saves it.
   explicit TaxiwayList(RunContext& ctx);
   // A PLY copy still open is dropped: the file it was to replace stays as it was.
-  ~TaxiwayList();
+  ~TaxiwayList() = default;
   TaxiwayList(const TaxiwayList&) = delete;
   TaxiwayList& operator=(const TaxiwayList&) = delete;
 
@@ -78,7 +78,8 @@ class TaxiwayList {
 
  private:
   RunContext& ctx_;
-  std::string plyPart_;  // the copy written to until ClosePly puts it in place
+  OutputFile plyOut_;  // the copy written to until ClosePly puts it in place
+  std::FILE* PlyStream() const { return plyOut_ ? plyOut_.get() : plyFile.get(); }
 };
 
 }  // namespace bgr

@@ -46,7 +46,7 @@ std::int32_t ScriptNetwork::SetReference(double lat, double lon) {
     ToLocalFeet(lat, lon, &net_.shiftZ, &net_.shiftX);
     if (fresh) break;
     if (std::fabs(net_.shiftZ) < kSameNetworkFeet && std::fabs(net_.shiftX) < kSameNetworkFeet) break;
-    (void)net_.Save(net_.bgrName);
+    Store();
     ForgetEdges();
   }
   net_.state = NetState::kOpen;
@@ -173,6 +173,11 @@ std::int32_t ScriptNetwork::AddRunway(double lat1, double lon1, double lat2, dou
     }
   }
   return 1;
+}
+
+void ScriptNetwork::Store() {
+  // the script goes on whatever a save gives: a failed write has said so in the report
+  (void)net_.Save(net_.bgrName);
 }
 
 }  // namespace bgr

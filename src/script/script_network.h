@@ -42,6 +42,8 @@ class ScriptNetwork {
   std::int32_t FindEdge(std::int32_t start, std::int32_t end, std::int32_t type);
 
   TaxiwayList& network() { return net_; }
+  // Stores the network as the script leaves it.
+  void Store();
 
  private:
   static std::uint64_t Key(std::int32_t start, std::int32_t end, std::int32_t type);

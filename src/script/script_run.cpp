@@ -92,7 +92,7 @@ std::int32_t ScriptRun::Run(std::string_view name) {
   }
   script_.Close();
   // the last network is stored as every other was: when it is left
-  (void)network_.Save(network_.bgrName);
+  pen_.Store();
   return result;
 }
 

@@ -48,10 +48,13 @@ std::int32_t TmsJob::Run(std::string_view file) {
   GenerateApron(*this, ApronPass::kGenerate);
   ctx_.console().Write("GeneratePlyLights()\n");
   GeneratePlyLights(*this);
-  GenerateOutputFile(file);
+  bool tilesWritten = GenerateOutputFile(file);
   RestoreNetwork();
-  // an empty network writes nothing; a failed write leaves the old file and says so
-  (void)network.Save(file);
+  // an empty network writes nothing
+  bool networkWritten = network.Save(file) != 0;
+  // the job's result is whether the BGR file was read: a failed write has left
+  // the old file and said so in the report
+  (void)tilesWritten, (void)networkWritten;
   return result;
 }
 
@@ -64,7 +67,7 @@ void TmsJob::GenerateIsYellow() {
   }
 }
 
-void TmsJob::GenerateOutputFile(std::string_view file) {
+bool TmsJob::GenerateOutputFile(std::string_view file) {
   // the name is kept whole, however long; the system cuts nothing
   std::string name(file);
   SetExtension(name, "TMS");
@@ -72,9 +75,9 @@ void TmsJob::GenerateOutputFile(std::string_view file) {
   if (platform::SameFile(file, name)) {
     // a source named .TMS would be overwritten by its own tiles before its write-back
     ctx_.Report("BgrTms source and destination are the same file '%s'", name);
-    return;
+    return false;
   }
-  TileOutput(*this).Write(name);
+  return TileOutput(*this).Write(name);
 }
 
 std::int32_t TmsJob::Load(std::string_view file) {

@@ -71,7 +71,7 @@ class TmsJob {
   // Step 14: the painted strip of every yellow line.
   void GenerateIsYellow();
   // Step 17: the tile file beside the BGR file.
-  void GenerateOutputFile(std::string_view file);
+  bool GenerateOutputFile(std::string_view file);
   // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 
