@@ -24,6 +24,7 @@
 #include "tms/apron.h"
 #include "tms/repair_passes.h"
 #include "tms/tms_job.h"
+#include "tms/tms_steps.h"
 
 namespace bgr::kit {
 namespace {
@@ -141,27 +142,43 @@ Foreseen ForeseeRepairs(const std::string& path) {
   QuietRun run;
   auto job = std::make_unique<TmsJob>(run.ctx);
   Foreseen f;
-  if (job->Load(path) == 0) return f;
-  f.ran = true;
-  job->PrepareNetwork();
-  std::vector<TEXPOINT> start = Snapshot(job->network.points);
-  SnapEndPointsToRunways(*job);
-  MovedPoints(start, job->network.points, f.toRunway);
-  NearRunways(*job, start, f);
-  MakeRunwayExitStubs(*job);
-  for (std::int32_t i = 0; i < job->EdgeCount(); ++i) f.taxiways += job->Edge(i).type == kTaxiway;
-  std::int32_t made = job->network.points.count();
-  MakeTaxiwayTaxiwayIntersections(*job);
-  for (std::int32_t p = made; p < job->network.points.count(); ++p) f.splits.push_back(InFeet(job->network.points[p]));
-  std::vector<TEXPOINT> beforeTaxiways = Snapshot(job->network.points);
-  std::vector<TaxiwayEdge> edges(job->network.edges.begin(), job->network.edges.begin() + job->EdgeCount());
-  SnapEndPointsToTaxiways(*job);
-  MovedPoints(beforeTaxiways, job->network.points, f.toTaxiway);
-  // the taxiway split at a moved end is the one whose end became that point
-  for (Foreseen::Move& m : f.toTaxiway)
-    for (std::size_t i = 0; i < edges.size(); ++i)
-      if (edges[i].end != m.point && job->Edge(static_cast<std::int32_t>(i)).end == m.point) m.onto = static_cast<std::int32_t>(i);
-  NearTaxiways(*job, f);
+  job->Load(path);
+  std::vector<TEXPOINT> before;
+  std::vector<TaxiwayEdge> edges;
+  std::int32_t made = 0;
+  // the steps of -tm in their order, up to the end of the repairs
+  for (const TmsStep& step : TmsSteps()) {
+    if (step.name == "FillTaxiList") break;
+    if (step.name == "SnapEndPointsToRunways") {
+      before = Snapshot(job->network.points);
+    } else if (step.name == "MakeTaxiwayTaxiwayIntersections") {
+      f.taxiways = TaxiwayCount(job->network);
+      made = job->network.points.count();
+    } else if (step.name == "SnapEndPointsToTaxiways") {
+      before = Snapshot(job->network.points);
+      edges.assign(job->network.edges.begin(), job->network.edges.begin() + job->EdgeCount());
+    }
+    if (step.name == "Load") {
+      if (job->result() == 0) return f;
+      f.ran = true;
+      continue;  // loaded above
+    }
+    RunStep(*job, step);
+    if (step.name == "SnapEndPointsToRunways") {
+      MovedPoints(before, job->network.points, f.toRunway);
+      NearRunways(*job, before, f);
+    } else if (step.name == "MakeTaxiwayTaxiwayIntersections") {
+      for (std::int32_t p = made; p < job->network.points.count(); ++p) f.splits.push_back(InFeet(job->network.points[p]));
+    } else if (step.name == "SnapEndPointsToTaxiways") {
+      MovedPoints(before, job->network.points, f.toTaxiway);
+      // the taxiway split at a moved end is the one whose end became that point
+      for (Foreseen::Move& m : f.toTaxiway)
+        for (std::size_t i = 0; i < edges.size(); ++i)
+          if (edges[i].end != m.point && job->Edge(static_cast<std::int32_t>(i)).end == m.point)
+            m.onto = static_cast<std::int32_t>(i);
+      NearTaxiways(*job, f);
+    }
+  }
   return f;
 }
 

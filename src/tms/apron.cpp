@@ -45,7 +45,6 @@ ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, s
 }
 
 void GenerateApron(TmsJob& job, ApronPass pass) {
-  job.ctx().console().Printf("GenerateApron(%d)\n", static_cast<int>(pass));
   TEXTURE polygon;
   TEXPOINTS points;
   points.Attach(&job.ctx());

@@ -8,21 +8,6 @@
 #include "tms/tms_job.h"
 
 namespace bgr {
-namespace {
-
-constexpr std::int32_t kPlyLightStep = 100;
-
-}  // namespace
-
-void GeneratePlyLights(TmsJob& job) {
-  job.network.RewindPly();
-  std::int32_t kind = 0, x1 = 0, z1 = 0, x2 = 0, z2 = 0, count = 0;
-  while (job.network.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count)) {
-    // a string is told by its ends and its step; count isn't needed
-    job.grid.ClipLine(kLightLayer, WrapMul(x1, kUnitsPerFoot), WrapMul(z1, kUnitsPerFoot), WrapMul(x2, kUnitsPerFoot),
-                      WrapMul(z2, kUnitsPerFoot), (kind & 255) * 256 + kPlyLightStep);
-  }
-}
 
 bool TileOutput::Write(std::string_view name) {
   TmsFile& tms = job_.tms;

@@ -1,5 +1,5 @@
-// The last steps of a TMS job: the free-standing lights of the PLY companion
-// into the tiles, then the whole tile store into the TMS file.
+// The last step of a TMS job that makes something: the whole tile store into
+// the TMS file.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,6 @@ namespace bgr {
 
 class TmsJob;
 
-void GeneratePlyLights(TmsJob& job);
 
 // Walks the tile store into the job's TMS writer. Light strings are written as
 // records of positions, looked up in the tile's light points.

@@ -6,10 +6,8 @@
 #include "frame/run_context.h"
 #include "frame/text.h"
 #include "platform/platform.h"
-#include "tms/apron.h"
-#include "tms/repair_passes.h"
-#include "tms/taxi_polygons.h"
 #include "tms/tile_output.h"
+#include "tms/tms_steps.h"
 
 namespace bgr {
 
@@ -32,47 +30,21 @@ void ScalePointsUp(TEXPOINTS& points) {
 TmsJob::TmsJob(RunContext& ctx) : network(ctx), grid(&ctx), ctx_(ctx) {}
 
 std::int32_t TmsJob::Run(std::string_view file) {
-  std::int32_t result = Load(file);
-  PrepareNetwork();
-  SnapEndPointsToRunways(*this);
-  MakeRunwayExitStubs(*this);
-  MakeTaxiwayTaxiwayIntersections(*this);
-  SnapEndPointsToTaxiways(*this);
-  FillTaxiList();
-  GenerateApron(*this, ApronPass::kMeasure);
-  SizeTileGrid();
-  ctx_.console().Write("GenerateTaxiPolygons()\n");
-  TaxiPolygons(*this).Generate();
-  ctx_.console().Write("GenerateIsYellow()\n");
-  GenerateIsYellow();
-  GenerateApron(*this, ApronPass::kGenerate);
-  ctx_.console().Write("GeneratePlyLights()\n");
-  GeneratePlyLights(*this);
-  bool tilesWritten = GenerateOutputFile(file);
-  RestoreNetwork();
-  // an empty network writes nothing
-  bool networkWritten = network.Save(file) != 0;
-  // the job's result is whether the BGR file was read: a failed write has left
-  // the old file and said so in the report
-  (void)tilesWritten, (void)networkWritten;
-  return result;
+  file_ = file;
+  for (const TmsStep& step : TmsSteps()) RunStep(*this, step);
+  return result_;
 }
 
-void TmsJob::GenerateIsYellow() {
-  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
-    const TaxiwayEdge& e = Edge(i);
-    if (e.type != kYellowLine) continue;
-    TEXPOINT a = Point(e.start), b = Point(e.end);
-    GenerateYellowLine(grid, a.x, a.z, b.x, b.z);
-  }
-}
-
-bool TmsJob::GenerateOutputFile(std::string_view file) {
+std::string TmsJob::OutputName() const {
   // the name is kept whole, however long; the system cuts nothing
-  std::string name(file);
+  std::string name(file_);
   SetExtension(name, "TMS");
-  ctx_.console().Printf("GenerateOutputFile(%s)\n", name.c_str());
-  if (platform::SameFile(file, name)) {
+  return name;
+}
+
+bool TmsJob::GenerateOutputFile() {
+  std::string name = OutputName();
+  if (platform::SameFile(file_, name)) {
     // a source named .TMS would be overwritten by its own tiles before its write-back
     ctx_.Report("BgrTms source and destination are the same file '%s'", name);
     return false;
@@ -81,14 +53,13 @@ bool TmsJob::GenerateOutputFile(std::string_view file) {
 }
 
 std::int32_t TmsJob::Load(std::string_view file) {
-  std::int32_t result = 1;
+  file_ = file;
+  result_ = 1;
   if (network.Load(file, 0) == 0) {
-    result = 0;
+    result_ = 0;
     ctx_.Report("BgrTms source file '%s' not found", file);
   }
-  ctx_.console().Printf("Load(%.*s) points=%d edges=%d\n", static_cast<int>(file.size()), file.data(),
-                        network.points.count(), network.edgeCount);
-  return result;
+  return result_;
 }
 
 TEXPOINT TmsJob::Point(std::int32_t number) const {

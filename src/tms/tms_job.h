@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -57,10 +58,11 @@ class TmsJob {
  public:
   explicit TmsJob(RunContext& ctx);
 
-  // The whole job on one BGR file: 1 when the file was read, else 0.
+  // The whole job on one BGR file, the steps of tms_steps.h in their order:
+  // 1 when the file was read, else 0.
   std::int32_t Run(std::string_view file);
 
-  // Step 1 and 2: the network and its PLY companion; 0 when the BGR can't be read.
+  // The network and its PLY companion; 0 when the BGR can't be read.
   std::int32_t Load(std::string_view file);
   // Steps 3 to 7: working units, flags, yellow lines, marks, runways, short links.
   void PrepareNetwork();
@@ -68,10 +70,10 @@ class TmsJob {
   void FillTaxiList();
   // Steps 11 and 12: the margin, then the grid's origin and tile size.
   void SizeTileGrid();
-  // Step 14: the painted strip of every yellow line.
-  void GenerateIsYellow();
-  // Step 17: the tile file beside the BGR file.
-  bool GenerateOutputFile(std::string_view file);
+  // The tile file beside the BGR file; false when it wasn't written.
+  bool GenerateOutputFile();
+  // Its name: the BGR file's with the extension TMS.
+  std::string OutputName() const;
   // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 
@@ -87,6 +89,9 @@ class TmsJob {
   TaxiwayEdge& Edge(std::int32_t i) { return network.edges[static_cast<std::size_t>(i)]; }
 
   RunContext& ctx() { return ctx_; }
+  // The BGR file of the job, and whether it was read.
+  const std::string& file() const { return file_; }
+  std::int32_t result() const { return result_; }
 
   TaxiwayList network;
   SegmentList runwayList{kRunwaySegments};
@@ -99,6 +104,8 @@ class TmsJob {
 
  private:
   RunContext& ctx_;
+  std::string file_;
+  std::int32_t result_ = 1;
   std::vector<std::int32_t> pointMarks_ = std::vector<std::int32_t>(kMarkedPoints, 0);
 };
 
