@@ -13,10 +13,6 @@
 namespace bgr {
 namespace {
 
-constexpr std::int32_t kManyPlyCorners = 128;  // from here on a polygon is reported
-constexpr int kShiftTries = 10;
-
-bool StartsWith(const std::string& line, std::string_view head) { return line.compare(0, head.size(), head) == 0; }
 
 }  // namespace
 
@@ -64,8 +60,8 @@ std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
   }
   plyName = std::string(path);
   SetExtension(plyName, "PLY");
-  const char* mode = updatePly == 0 ? "r" : (FileExists(ctx_, plyName) ? "a" : "w");
-  OpenPly(mode);
+  // the companion is read by a PlyReader; a network opens it only to add to it
+  if (updatePly != 0) OpenPly(FileExists(ctx_, plyName) ? "a" : "w");
   return result;
 }
 
@@ -101,9 +97,7 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
 
 bool TaxiwayList::OpenPly(std::string_view mode) {
   ClosePly();
-  if (mode.empty() || mode[0] == 'r') {
-    plyFile = WrapFileOpen(ctx_, plyName, mode);
-  } else if (Stream old = mode[0] == 'a' ? WrapFileOpen(ctx_, plyName, "rb") : Stream(); mode[0] != 'a' || old) {
+  if (Stream old = mode[0] == 'a' ? WrapFileOpen(ctx_, plyName, "rb") : Stream(); mode[0] != 'a' || old) {
     // Lines are added to a copy beside the file, which takes the file's place
     // when it is closed: a write that fails leaves the old file whole.
     plyOut_.Open(ctx_, plyName, mode);
@@ -122,77 +116,10 @@ bool TaxiwayList::OpenPly(std::string_view mode) {
 }
 
 std::int32_t TaxiwayList::ClosePly() {
-  if (plyFile && !plyFile.Close()) {
-    ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, plyFile.error());
-    return 0;
-  }
   if (!plyOut_) return 1;
   std::string failure = plyOut_.Commit();
   if (failure.empty()) return 1;
   ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, failure);
-  return 0;
-}
-
-bool TaxiwayList::RewindPly() {
-  if (!plyFile) return false;
-  std::clearerr(plyFile.get());
-  return std::fseek(plyFile.get(), 0, SEEK_SET) == 0;
-}
-
-bool TaxiwayList::ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift) {
-  tex.count = 0;
-  std::string line;
-  if (plyFile) {
-    while (tex.count < kMaxPlyCorners) {
-      if (!ReadLimitedLine(plyFile.get(), line)) return false;
-      int x = 0, z = 0;
-      if (std::sscanf(line.c_str(), "POI %d %d", &x, &z) == 2) {
-        std::int32_t before = pts.count();
-        bool warned = false;
-        for (int attempt = 0; attempt < kShiftTries; ++attempt) {
-          std::int32_t index = pts.Add(x, 0, z, 0, nullptr);
-          tex.verts[static_cast<std::size_t>(tex.count)].point = index;
-          if (shift >= 0 || pts.count() > before) break;
-          if (!warned) {
-            warned = true;
-            ctx_.Report(">WARNING:TaxiwayList::ReadPly() shifting points");
-          }
-          if (attempt % 2 == 0) {
-            x = WrapAdd(x, 1);
-          } else {
-            z = WrapAdd(z, 1);
-          }
-        }
-        ++tex.count;
-      } else if (StartsWith(line, "PLY ")) {
-        break;
-      } else if (StartsWith(line, "EXI")) {
-        return false;
-      }
-    }
-  }
-  if (tex.count >= kManyPlyCorners) ctx_.ReportOnce("TaxiwayList::ReadPly - too many points %d %ld");
-  return tex.count > 0;
-}
-
-std::int32_t TaxiwayList::ReadLgt(std::int32_t* kind, std::int32_t* x1, std::int32_t* z1, std::int32_t* x2,
-                                  std::int32_t* z2, std::int32_t* count) {
-  if (!plyFile) return 0;
-  std::string line;
-  while (ReadLimitedLine(plyFile.get(), line)) {
-    int v[6] = {*kind, *x1, *z1, *x2, *z2, *count};
-    int fields = std::sscanf(line.c_str(), "LGT %d %d %d %d %d %d", &v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
-    if (fields == 6 || fields == 3) {
-      *kind = v[0];
-      *x1 = v[1];
-      *z1 = v[2];
-      *x2 = fields == 6 ? v[3] : v[1];
-      *z2 = fields == 6 ? v[4] : v[2];
-      *count = fields == 6 ? v[5] : 1;
-      return 1;
-    }
-    if (StartsWith(line, "EXI")) return 0;
-  }
   return 0;
 }
 

@@ -14,6 +14,7 @@
 
 #include "formats/bgr_file.h"
 #include "formats/edge_kinds.h"
+#include "formats/ply_reader.h"
 #include "formats/taxiway_list.h"
 #include "formats/working_units.h"
 #include "frame/file_access.h"
@@ -434,16 +435,15 @@ void CheckAprons(const CheckInput& in, Findings& out) {
     }
   }
   QuietRun run;
-  TaxiwayList net(run.ctx);
-  net.plyName = in.plyPath;
-  if (!net.OpenPly("r")) return;
+  PlyReader ply(run.ctx);
+  if (!ply.Open(in.plyPath)) return;
   TEXPOINTS points;
   points.Attach(&run.ctx);
   TEXTURE polygon;
   // the polygons as -tm reads them, with its verdict on each
   std::int32_t lastHash = 0;
   k = 0;
-  for (ApronFate fate; (fate = NextApron(net, points, polygon, lastHash)) != ApronFate::kEnd;) {
+  for (ApronFate fate; (fate = NextApron(ply, points, polygon, lastHash)) != ApronFate::kEnd;) {
     ++k;
     const TEXPOINT first = polygon.count > 0 ? points[polygon.verts[0].point] : TEXPOINT{};
     auto make = [&](Severity s, const char* code, const char* text) {

@@ -1,6 +1,6 @@
 #include "tms/apron.h"
 
-#include "formats/taxiway_list.h"
+#include "formats/ply_reader.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
@@ -29,9 +29,9 @@ std::int32_t ApronHash(const TEXPOINTS& points, const TEXTURE& polygon) {
   return hash;
 }
 
-ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash) {
+ApronFate NextApron(PlyReader& ply, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash) {
   points.SetCount(0);
-  if (!network.ReadPly(points, polygon, -1)) return ApronFate::kEnd;
+  if (!ply.ReadPly(points, polygon, -1)) return ApronFate::kEnd;
   // a ring that closes on its first point
   if (polygon.count > 0 && polygon.verts[0].point == polygon.verts[static_cast<std::size_t>(polygon.count - 1)].point)
     --polygon.count;
@@ -49,8 +49,8 @@ void GenerateApron(TmsJob& job, ApronPass pass) {
   TEXPOINTS points;
   points.Attach(&job.ctx());
   std::int32_t lastHash = 0;
-  job.network.RewindPly();
-  for (ApronFate fate; (fate = NextApron(job.network, points, polygon, lastHash)) != ApronFate::kEnd;) {
+  job.ply.Rewind();
+  for (ApronFate fate; (fate = NextApron(job.ply, points, polygon, lastHash)) != ApronFate::kEnd;) {
     if (fate == ApronFate::kComplex) job.ctx().ReportOnce(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
     if (fate != ApronFate::kMade) continue;
     if (pass == ApronPass::kMeasure) {

@@ -10,7 +10,7 @@
 namespace bgr {
 
 class TmsJob;
-class TaxiwayList;
+class PlyReader;
 
 enum class ApronPass : std::int32_t { kMeasure = 0, kGenerate = 1 };
 
@@ -25,7 +25,7 @@ enum class ApronFate : std::int32_t {
 
 // Reads the next polygon as both apron passes read it; lastHash is the hash of
 // the polygon last made, 0 at the start.
-ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash);
+ApronFate NextApron(PlyReader& ply, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash);
 
 // Hands each triangle of a polygon that NextApron made to sink(a, b, c), in
 // order; false when the triangulation gave none.

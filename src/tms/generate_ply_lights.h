@@ -3,9 +3,9 @@
 
 namespace bgr {
 
-class TaxiwayList;
+class PlyReader;
 class TileGrid;
 
-void GeneratePlyLights(TaxiwayList& network, TileGrid& grid);
+void GeneratePlyLights(PlyReader& ply, TileGrid& grid);
 
 }  // namespace bgr

@@ -27,7 +27,7 @@ void ScalePointsUp(TEXPOINTS& points) {
   }
 }
 
-TmsJob::TmsJob(RunContext& ctx) : network(ctx), grid(&ctx), ctx_(ctx) {}
+TmsJob::TmsJob(RunContext& ctx) : network(ctx), ply(ctx), grid(&ctx), ctx_(ctx) {}
 
 std::int32_t TmsJob::Run(std::string_view file) {
   file_ = file;
@@ -55,7 +55,10 @@ bool TmsJob::GenerateOutputFile() {
 std::int32_t TmsJob::Load(std::string_view file) {
   file_ = file;
   result_ = 1;
-  if (network.Load(file, 0) == 0) {
+  bool read = network.Load(file, 0) != 0;
+  if (!ply.Open(network.plyName))
+    ctx_.Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", network.plyName);
+  if (!read) {
     result_ = 0;
     ctx_.Report("BgrTms source file '%s' not found", file);
   }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "formats/edge_kinds.h"
+#include "formats/ply_reader.h"
 #include "formats/taxiway_list.h"
 #include "formats/tms_file.h"
 #include "formats/working_units.h"
@@ -94,6 +95,7 @@ class TmsJob {
   std::int32_t result() const { return result_; }
 
   TaxiwayList network;
+  PlyReader ply;  // the companion, read once at the load
   SegmentList runwayList{kRunwaySegments};
   SegmentList taxiList{TaxiwayList::kMaxEdges};
   TileGrid grid;

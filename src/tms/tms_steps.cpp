@@ -43,7 +43,7 @@ constexpr TmsStep kSteps[] = {
     {"GenerateApron", [](const TmsJob&, OutputSink& out) { out.Write("GenerateApron(1)\n"); }, false,
      [](TmsJob& j) { GenerateApron(j, ApronPass::kGenerate); }},
     {"GeneratePlyLights", [](const TmsJob&, OutputSink& out) { out.Write("GeneratePlyLights()\n"); }, false,
-     [](TmsJob& j) { GeneratePlyLights(j.network, j.grid); }},
+     [](TmsJob& j) { GeneratePlyLights(j.ply, j.grid); }},
     {"GenerateOutputFile",
      [](const TmsJob& j, OutputSink& out) { out.Printf("GenerateOutputFile(%s)\n", j.OutputName().c_str()); }, false,
      [](TmsJob& j) { (void)j.GenerateOutputFile(); }},
