@@ -43,9 +43,9 @@ void PrintHeader(OutputSink& out, TmsFile& tms) {
 void PrintTile(OutputSink& out, TmsFile& tms, Range& range) {
   out.Printf("\n%s %d %d\n", "<indx>", tms.tileX, tms.tileZ);
   for (;;) {
-    const char* section = tms.ReadPave() ? "<pave>" : tms.ReadEdmk() ? "<edmk>" : tms.ReadCntr() ? "<cntr>" : nullptr;
-    if (section) {
-      out.Printf("%s %d\n", section, tms.polygon.count);
+    int layer = tms.ReadPolygonLayer();
+    if (layer >= 0) {
+      out.Printf("%s %d\n", TmsFile::kPolygonTags[layer], tms.polygon.count);
       for (std::int32_t i = 0; i < tms.polygon.count; ++i) {
         std::int32_t number = tms.polygon.verts[i].point;
         out.Printf("%3d:", number);
