@@ -97,10 +97,7 @@ CopyStreams::CopyStreams(RunContext& ctx, std::string_view source, std::string_v
     ok = 0;
     ctx.Report("BgrMove source file '%s' not found", source);
   }
-  if (!out.Open(ctx, destination)) {
-    ok = 0;
-    ctx.Report("BgrMove dest file '%s' not openable", destination);
-  }
+  OpenDestination(ctx, "BgrMove", source, destination, out, ok);
 }
 
 int CopyStreams::Finish(RunContext& ctx) {

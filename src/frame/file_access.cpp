@@ -121,6 +121,19 @@ bool OutputFile::Finish(RunContext& ctx, bool ok, std::string_view command) {
   return false;
 }
 
+bool OpenDestination(RunContext& ctx, std::string_view command, std::string_view source, std::string_view destination,
+                     OutputFile& out, int& ok) {
+  if (platform::SameFile(source, destination)) {
+    ctx.Report(std::string(command) + " source and destination are the same file '%s'", destination);
+    return false;
+  }
+  if (!out.Open(ctx, destination)) {
+    ok = 0;
+    ctx.Report(std::string(command) + " dest file '%s' not openable", destination);
+  }
+  return true;
+}
+
 bool WrapFileClose(Stream& stream) { return stream.Close(); }
 
 bool FileExists(RunContext& ctx, std::string_view name) {

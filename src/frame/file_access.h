@@ -71,6 +71,12 @@ class OutputFile {
   std::string name_;
   std::string part_;  // empty while writing straight to the final name (a device)
 };
+// The output of a command that reads 'source': refused, in the command's words,
+// when it is the source itself (false: the command does nothing); otherwise
+// opened, a failed open said in the command's words and clearing 'ok'.
+bool OpenDestination(RunContext& ctx, std::string_view command, std::string_view source, std::string_view destination,
+                     OutputFile& out, int& ok);
+
 bool WrapFileClose(Stream& stream);
 bool FileExists(RunContext& ctx, std::string_view name);
 int DeleteFiles(std::string_view pattern);
