@@ -77,14 +77,5 @@ TEST_F(PlyReaderTest, ReadPlyStopsAt255Points) {
 }
 
 
-TEST_F(PlyReaderTest, AMissingFileReadsAsNothing) {
-  EXPECT_FALSE(ply.Open("none.PLY"));
-  TEXPOINTS pts;
-  TEXTURE tex;
-  EXPECT_FALSE(ply.ReadPly(pts, tex, 0));
-  std::int32_t kind = 0, x1 = 0, z1 = 0, x2 = 0, z2 = 0, count = 0;
-  EXPECT_EQ(ply.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count), 0);
-}
-
 }  // namespace
 }  // namespace bgr
