@@ -5,6 +5,7 @@
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
 #include "tms/taxi_polygons.h"
+#include "tms/tile_grid.h"
 #include "tms/tms_job.h"
 
 namespace bgr {
@@ -44,32 +45,44 @@ ApronFate NextApron(PlyReader& ply, TEXPOINTS& points, TEXTURE& polygon, std::in
   return ApronFate::kMade;
 }
 
-void GenerateApron(TmsJob& job, ApronPass pass) {
+namespace {
+
+// Each apron that both passes make, with its points in working units.
+template <class Use>
+void ForEachApron(RunContext& ctx, PlyReader& ply, Use&& use) {
   TEXTURE polygon;
   TEXPOINTS points;
-  points.Attach(&job.ctx());
+  points.Attach(&ctx);
   std::int32_t lastHash = 0;
-  job.ply.Rewind();
-  for (ApronFate fate; (fate = NextApron(job.ply, points, polygon, lastHash)) != ApronFate::kEnd;) {
-    if (fate == ApronFate::kComplex) job.ctx().ReportOnce(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
-    if (fate != ApronFate::kMade) continue;
-    if (pass == ApronPass::kMeasure) {
-      for (std::int32_t v = 0; v < polygon.count; ++v) {
-        TEXPOINT p = CornerOf(points, polygon, v);
-        job.GrowBounds(p.x, p.z);
-      }
-    } else {
-      GenerateApronPolygons(job, points, polygon);
-    }
+  ply.Rewind();
+  for (ApronFate fate; (fate = NextApron(ply, points, polygon, lastHash)) != ApronFate::kEnd;) {
+    if (fate == ApronFate::kComplex) ctx.ReportOnce(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
+    if (fate == ApronFate::kMade) use(points, polygon);
   }
 }
 
-void GenerateApronPolygons(TmsJob& job, TEXPOINTS& points, TEXTURE& polygon) {
+}  // namespace
+
+void MeasureAprons(RunContext& ctx, PlyReader& ply, Bounds& bounds) {
+  ForEachApron(ctx, ply, [&](TEXPOINTS& points, TEXTURE& polygon) {
+    for (std::int32_t v = 0; v < polygon.count; ++v) {
+      TEXPOINT p = CornerOf(points, polygon, v);
+      bounds.Grow(p.x, p.z);
+    }
+  });
+}
+
+void GenerateApron(RunContext& ctx, PlyReader& ply, TileGrid& grid) {
+  ForEachApron(ctx, ply,
+               [&](TEXPOINTS& points, TEXTURE& polygon) { GenerateApronPolygons(ctx, grid, points, polygon); });
+}
+
+void GenerateApronPolygons(RunContext& ctx, TileGrid& grid, TEXPOINTS& points, TEXTURE& polygon) {
   if (polygon.count < 3) return;
   bool any = ForEachApronTriangle(points, polygon, [&](const TEXPOINT& a, const TEXPOINT& b, const TEXPOINT& c) {
-    job.grid.ClipTriangle(kPaveLayer, a.x, a.z, b.x, b.z, c.x, c.z);
+    grid.ClipTriangle(kPaveLayer, a.x, a.z, b.x, b.z, c.x, c.z);
   });
-  if (!any) job.ctx().ReportOnce("%sGenerateApronPolygons - triangulation failed %d %ld");
+  if (!any) ctx.ReportOnce("%sGenerateApronPolygons - triangulation failed %d %ld");
 }
 
 }  // namespace bgr

@@ -49,7 +49,7 @@ bool TmsJob::GenerateOutputFile() {
     ctx_.Report("BgrTms source and destination are the same file '%s'", name);
     return false;
   }
-  return TileOutput(*this).Write(name);
+  return TileOutput(ctx_, grid, tms).Write(name, network.originLat, network.originLon);
 }
 
 std::int32_t TmsJob::Load(std::string_view file) {
@@ -80,19 +80,19 @@ std::int32_t TmsJob::Mark(std::int32_t point) const {
   return point >= 0 && point < kMarkedPoints ? pointMarks_[static_cast<std::size_t>(point)] : 0;
 }
 
-void TmsJob::GrowBounds(std::int32_t x, std::int32_t z) {
-  boundsMinX = std::min<double>(boundsMinX, x);
-  boundsMaxX = std::max<double>(boundsMaxX, x);
-  boundsMinZ = std::min<double>(boundsMinZ, z);
-  boundsMaxZ = std::max<double>(boundsMaxZ, z);
+void Bounds::Grow(std::int32_t x, std::int32_t z) {
+  minX = std::min<double>(minX, x);
+  maxX = std::max<double>(maxX, x);
+  minZ = std::min<double>(minZ, z);
+  maxZ = std::max<double>(maxZ, z);
 }
 
 void TmsJob::AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end) {
   // one message for both lists
   if (!list.Add(edge, start, end)) ctx_.ReportOnce("SegmentList::Add - too many edges");
   // an edge that didn't fit still widens the box
-  GrowBounds(start.x, start.z);
-  GrowBounds(end.x, end.z);
+  bounds.Grow(start.x, start.z);
+  bounds.Grow(end.x, end.z);
 }
 
 void TmsJob::PrepareNetwork() {
@@ -133,19 +133,19 @@ void TmsJob::FillTaxiList() {
 }
 
 void TmsJob::SizeTileGrid() {
-  boundsMinX -= kBoundsMargin;
-  boundsMinZ -= kBoundsMargin;
-  boundsMaxX += kBoundsMargin;
-  boundsMaxZ += kBoundsMargin;
-  std::int32_t spanX = TruncToLong(boundsMaxX - boundsMinX);
-  std::int32_t spanZ = TruncToLong(boundsMaxZ - boundsMinZ);
+  bounds.minX -= kBoundsMargin;
+  bounds.minZ -= kBoundsMargin;
+  bounds.maxX += kBoundsMargin;
+  bounds.maxZ += kBoundsMargin;
+  std::int32_t spanX = TruncToLong(bounds.maxX - bounds.minX);
+  std::int32_t spanZ = TruncToLong(bounds.maxZ - bounds.minZ);
   std::int32_t span = std::max(spanX, spanZ);
-  grid.TileOriginX = TruncToLong(boundsMinX);
-  grid.TileOriginZ = TruncToLong(boundsMinZ);
+  grid.TileOriginX = TruncToLong(bounds.minX);
+  grid.TileOriginZ = TruncToLong(bounds.minZ);
   grid.TileSize = std::max(span / kTilesPerSide, kLeastTileSize);
   tms.tileFeet = static_cast<float>(grid.TileSize / kUnitsPerFoot);
-  tms.lowl[0] = boundsMinX / kUnitsPerFoot;
-  tms.lowl[2] = boundsMinZ / kUnitsPerFoot;
+  tms.lowl[0] = bounds.minX / kUnitsPerFoot;
+  tms.lowl[2] = bounds.minZ / kUnitsPerFoot;
 }
 
 void TmsJob::RestoreNetwork() {

@@ -55,6 +55,14 @@ class SegmentList {
 
 void ScalePointsUp(TEXPOINTS& points);
 
+// The bounding box of network and aprons in working units; a value equal to a
+// bound changes nothing.
+struct Bounds {
+  double minX = 9999999.0, minZ = 9999999.0;
+  double maxX = -9999999.0, maxZ = -9999999.0;
+  void Grow(std::int32_t x, std::int32_t z);
+};
+
 class TmsJob {
  public:
   explicit TmsJob(RunContext& ctx);
@@ -81,7 +89,6 @@ class TmsJob {
   // A point number outside 0..11999 (negative ones too) has no mark: 0, and marking it does nothing.
   void MarkPoint(std::int32_t point, std::int32_t amount);
   std::int32_t Mark(std::int32_t point) const;
-  void GrowBounds(std::int32_t x, std::int32_t z);
   void AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
   // A point of the network; a number outside the table reads as the origin,
   // as the unused places of the table hold.
@@ -100,8 +107,7 @@ class TmsJob {
   SegmentList taxiList{TaxiwayList::kMaxEdges};
   TileGrid grid;
   TmsFile tms;
-  double boundsMinX = 9999999.0, boundsMinZ = 9999999.0;
-  double boundsMaxX = -9999999.0, boundsMaxZ = -9999999.0;
+  Bounds bounds;
   std::int32_t yellowCount = 0;
 
  private:

@@ -41,7 +41,7 @@ TEST_F(TmsJobTest, ARunwayPastThe32ndIsReportedOnceAndStillWidensTheBox) {
   EXPECT_EQ(job.runwayList.count(), 32);
   EXPECT_EQ(job.runwayList.At(32), nullptr);
   EXPECT_EQ(job.runwayList.At(31)->edge, 31u);
-  EXPECT_EQ(job.boundsMaxX, 4000.0 * 256);
+  EXPECT_EQ(job.bounds.maxX, 4000.0 * 256);
   EXPECT_EQ(run.console.Take(), "ERROR: SegmentList::Add - too many edges\n");
 }
 
