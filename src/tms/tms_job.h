@@ -73,17 +73,17 @@ class TmsJob {
 
   // The network and its PLY companion; 0 when the BGR can't be read.
   std::int32_t Load(std::string_view file);
-  // Steps 3 to 7: working units, flags, yellow lines, marks, runways, short links.
+  // Feet to working units, then flags, yellow lines, marks, runways, short links.
   void PrepareNetwork();
-  // Step 9: every taxiway and exit stub as it stands after the repairs.
+  // Every taxiway and exit stub as it stands after the repairs.
   void FillTaxiList();
-  // Steps 11 and 12: the margin, then the grid's origin and tile size.
+  // The margin, then the grid's origin and tile size.
   void SizeTileGrid();
   // The tile file beside the BGR file; false when it wasn't written.
   bool GenerateOutputFile();
   // Its name: the BGR file's with the extension TMS.
   std::string OutputName() const;
-  // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
+  // Working units back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 
   // A point number outside 0..11999 (negative ones too) has no mark: 0, and marking it does nothing.
