@@ -130,7 +130,7 @@ Box SvgWriter::Bounds() const {
       for (const auto& tile : column)
         for (const auto& section : tile)
           for (const TmsShape& shape : section)
-            for (auto [x, z] : shape.corners) box.Add(x / kUnitsPerFoot, z / kUnitsPerFoot);
+            for (auto [x, z] : shape.corners) box.Add(UnitsToFeet(x), UnitsToFeet(z));
   }
   if (box.empty()) box.Add(0, 0);
   return box;
@@ -148,7 +148,7 @@ void SvgWriter::Tiles() {
                                                [static_cast<std::size_t>(section)]) {
           out_ << "<polygon data-tile=\"" << x << "," << z << "\" points=\"";
           for (std::size_t i = 0; i < shape.corners.size(); ++i)
-            out_ << (i ? " " : "") << Pt(shape.corners[i].first / kUnitsPerFoot, shape.corners[i].second / kUnitsPerFoot);
+            out_ << (i ? " " : "") << Pt(UnitsToFeet(shape.corners[i].first), UnitsToFeet(shape.corners[i].second));
           out_ << "\"/>\n";
         }
     out_ << "</g>\n";
@@ -164,7 +164,7 @@ void SvgWriter::Tiles() {
              << kLightColours[static_cast<unsigned>(shape.lightType) % 4] << "\" stroke-dasharray=\"0 " << Num(step)
              << "\" points=\"";
         for (std::size_t i = 0; i < shape.corners.size(); ++i)
-          out_ << (i ? " " : "") << Pt(shape.corners[i].first / kUnitsPerFoot, shape.corners[i].second / kUnitsPerFoot);
+          out_ << (i ? " " : "") << Pt(UnitsToFeet(shape.corners[i].first), UnitsToFeet(shape.corners[i].second));
         out_ << "\"/>\n";
       }
   out_ << "</g>\n";
