@@ -59,7 +59,7 @@ double ScaleBarFeet(double span) {
 class SvgWriter {
  public:
   SvgWriter(const Scene& scene, const RenderOptions& options) : s_(scene), o_(options), d_(DescribeScene(scene)) {
-    std::erase_if(d_.layers, [&](const SceneLayer& l) { return o_.layers.count(l.group) == 0 || l.shapes.empty(); });
+    std::erase_if(d_.layers, [&](const SceneLayer& l) { return o_.layers.count(l.group) == 0; });
   }
   std::string Draw();
 

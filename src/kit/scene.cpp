@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <set>
 #include <unordered_map>
 
 #include "frame/file_access.h"
@@ -61,14 +62,21 @@ void CheckTilesAgainstNetwork(Scene& s) {
                          "': the tiles may show the network as it was; run bgrtool -tm again");
   if (s.tms.origin.latitude != s.network.origin.latitude || s.tms.origin.longitude != s.network.origin.longitude)
     s.warnings.push_back("'" + s.tmsPath + "' has another origin than '" + s.bgrPath + "': the two don't belong together");
+  // the points that no edge uses don't count: -tm lays nothing there
+  const NetworkContent& n = s.network;
   double side = s.tms.tileFeet * kTmsGrid;
-  std::size_t outside = 0;
-  for (const NodeRecord& p : s.network.nodes)
-    if (p.x < s.tms.lowl[0] || p.x > s.tms.lowl[0] + side || p.z < s.tms.lowl[2] || p.z > s.tms.lowl[2] + side)
-      ++outside;
-  if (outside > 0)
-    s.warnings.push_back("the grid of '" + s.tmsPath + "' doesn't cover the network: " + std::to_string(outside) +
-                         " of its " + std::to_string(s.network.nodes.size()) + " points lie outside it");
+  std::set<std::int32_t> outside;
+  for (const EdgeRecord& e : n.edges)
+    for (std::int32_t q : {e.from, e.to}) {
+      if (!n.HasNode(q)) continue;
+      const NodeRecord& p = n.Node(q);
+      if (p.x < s.tms.lowl[0] || p.x > s.tms.lowl[0] + side || p.z < s.tms.lowl[2] || p.z > s.tms.lowl[2] + side)
+        outside.insert(q);
+    }
+  if (!outside.empty())
+    s.warnings.push_back("the grid of '" + s.tmsPath + "' doesn't cover the network: " + std::to_string(outside.size()) +
+                         " of the points its edges use lie outside it, the first point " +
+                         std::to_string(*outside.begin()));
 }
 
 // Names from the PLY lines, one a polygon as the reader cuts them.
@@ -302,6 +310,8 @@ SceneDescription Describer::Make() {
   // the aprons lie under all pavement, just over the grid
   auto apron = std::find_if(d_.layers.begin(), d_.layers.end(), [](const SceneLayer& l) { return l.id == "apron"; });
   if (apron != d_.layers.end()) std::rotate(d_.layers.begin() + (s_.tms.read ? 1 : 0), apron, apron + 1);
+  // a legend lists only what is drawn
+  std::erase_if(d_.layers, [](const SceneLayer& l) { return l.shapes.empty(); });
   Labels();
   double w = HUGE_VAL, s = HUGE_VAL, e = -HUGE_VAL, nn = -HUGE_VAL;
   for (const SceneLayer& l : d_.layers)

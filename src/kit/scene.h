@@ -69,7 +69,7 @@ struct SceneLabel {
 };
 
 struct SceneDescription {
-  std::vector<SceneLayer> layers;  // bottom first
+  std::vector<SceneLayer> layers;  // bottom first, each with shapes
   std::vector<SceneLabel> labels;
   double west = 0, south = 0, east = 0, north = 0;  // all the shapes, in feet
   double latitude = 0, longitude = 0;               // the origin, degrees, west negative
