@@ -1,4 +1,4 @@
-// bgrkit's check and render on hostile files. The first byte chooses what the
+// bgrkit's check, render and view on hostile files. The first byte chooses what the
 // rest is: a compact network with its PLY text (as the -tm target reads it),
 // raw BGR bytes, or raw TMS bytes beside a small network.
 #include <algorithm>
@@ -6,6 +6,7 @@
 #include "fuzz_common.h"
 #include "kit/check.h"
 #include "kit/render.h"
+#include "kit/view.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
@@ -35,8 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   bgr::kit::CheckInput input;
   std::string error;
+  bgr::kit::Findings findings;
   if (bgr::kit::LoadCheckInput(bgr, input, error)) {
-    bgr::kit::Findings findings = bgr::kit::CheckAll(input);
+    findings = bgr::kit::CheckAll(input);
     for (const auto& f : findings) (void)bgr::kit::FormatFinding(f);
   }
   bgr::kit::Scene scene;
@@ -44,6 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bgr::kit::RenderOptions options;
     options.labels = true;
     (void)bgr::kit::DrawSvg(scene, options);
+    (void)bgr::kit::ViewPage(scene, findings, bgr::kit::ViewOptions{}, "", "");
   }
   return 0;
 }

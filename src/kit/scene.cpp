@@ -28,6 +28,7 @@ constexpr std::int32_t kPaintedCentre = 2;  // the edge flag of a painted centre
 // -tm writes the tiles just before the repaired network: a BGR this much newer
 // than its tiles was changed after them
 constexpr double kStaleSeconds = 5.0;
+constexpr double kFarFeet = 1e9;  // far beyond the working range: such a point gets no label
 constexpr std::int32_t kMostDrawnLights = 4096;  // of one PLY string: more would be one line of dots
 constexpr const char* kLightColours[] = {"#1e64c8", "#00a050", "#d02020", "#008080", "#7040c0", "#a05000"};
 
@@ -248,7 +249,7 @@ void Describer::Labels() {
   std::vector<std::int32_t> order;
   for (int pass = 1; pass >= 0; --pass)  // the points that edges use first
     for (std::size_t i = 0; i < n.nodes.size(); ++i)
-      if (used[i] == pass && std::isfinite(n.nodes[i].x) && std::isfinite(n.nodes[i].z))
+      if (used[i] == pass && std::fabs(n.nodes[i].x) < kFarFeet && std::fabs(n.nodes[i].z) < kFarFeet)
         order.push_back(static_cast<std::int32_t>(i));
   auto widthPx = [](std::int32_t p) { return (std::to_string(p).size() * 0.6 + 0.4) * kLabelPixels; };
   std::vector<int> level(n.nodes.size(), kMostLabelLevel + 1);
@@ -274,7 +275,6 @@ void Describer::Labels() {
       for (double x = std::floor(x0 / cell); x <= std::floor(x1 / cell); ++x)
         for (double z = std::floor(z0 / cell); z <= std::floor(z1 / cell); ++z) grid[key(x * cell, z * cell)].push_back(p);
     };
-    if (std::fabs(n.nodes[0].x) * scale > 1e12) continue;  // no sensible picture at this scale
     for (std::int32_t p : placed) insert(p);
     for (std::int32_t p : order) {
       if (level[static_cast<std::size_t>(p)] <= kMostLabelLevel) continue;
