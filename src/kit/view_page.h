@@ -175,7 +175,7 @@ var marks = L.layerGroup().addTo(map), listed = [];
   });
   $('findings').appendChild(h); $('findings').appendChild(ul);
 });
-if (!S.findings.length) $('findings').textContent = S.files.length && S.edgeText ? 'none' : '';
+if (!S.findings.length) $('findings').textContent = S.edgeText.length ? 'none' : 'none: no network to check';
 overlays['findings of check'] = marks;
 L.control.layers(null, overlays, { collapsed: false }).addTo(map);
 
