@@ -113,10 +113,10 @@ class Describer {
   const Scene& s_;
   SceneDescription d_;
 
-  SceneLayer& Add(const char* id, const char* group, std::string label, const char* colour, Paint paint,
+  SceneLayer& Add(std::string id, const char* group, std::string label, const char* colour, Paint paint,
                   double opacity = 1, double pixels = 1) {
     SceneLayer l;
-    l.id = id;
+    l.id = std::move(id);
     l.group = group;
     l.label = std::move(label);
     l.colour = colour;
@@ -176,10 +176,8 @@ void Describer::Tiles() {
       }
   std::size_t k = 0;
   for (auto& [type, shapes] : byType) {
-    std::string id = "lite-" + std::to_string(type);
-    SceneLayer& layer = Add("", "lite", "lights (tiles), type " + std::to_string(type),
+    SceneLayer& layer = Add("lite-" + std::to_string(type), "lite", "lights (tiles), type " + std::to_string(type),
                             kLightColours[k++ % std::size(kLightColours)], Paint::kLights, 1, 4);
-    layer.id = id;
     layer.shapes = std::move(shapes);
   }
 }
@@ -196,23 +194,26 @@ void Describer::Network() {
   }
   if (!s_.bgrPath.empty()) {
     const NetworkContent& n = s_.network;
-    SceneLayer* runway = &Add("runway", "net", "runway", "#3c3c3c", Paint::kStroke, 0.5);
-    std::size_t runwayAt = d_.layers.size() - 1;
+    std::size_t first = d_.layers.size();
+    Add("runway", "net", "runway", "#3c3c3c", Paint::kStroke, 0.5);
     Add("taxiway", "net", "taxiway", "#6e6e6e", Paint::kStroke, 0.5);
     Add("paint", "net", "painted line (taxiway of flags 2 alone)", "#e07000", Paint::kLine, 1, 2);
     Add("centre", "net", "centre line (edge flag 2)", "#ffd400", Paint::kLine, 1, 1);
-    runway = &d_.layers[runwayAt];
+    auto& runways = d_.layers[first].shapes;
+    auto& taxiways = d_.layers[first + 1].shapes;
+    auto& painted = d_.layers[first + 2].shapes;
+    auto& centres = d_.layers[first + 3].shapes;
     for (std::size_t i = 0; i < n.edges.size(); ++i) {
       const EdgeRecord& e = n.edges[i];
       if (!n.HasNode(e.from) || !n.HasNode(e.to)) continue;
       const NodeRecord &a = n.Node(e.from), &b = n.Node(e.to);
       SceneShape line{{{a.x, a.z}, {b.x, b.z}}, static_cast<double>(std::max(1, e.width)), 0, static_cast<std::int64_t>(i)};
       if (IsPaintedOnly(e)) {
-        runway[2].shapes.push_back(line);
+        painted.push_back(line);  // -tm paints it and lays no pavement
         continue;
       }
-      runway[e.type == kRunway ? 0 : 1].shapes.push_back(line);
-      if (EdgeFlags(e.flags) & kPaintedCentre) runway[3].shapes.push_back(line);
+      if (EdgeFlags(e.flags) & kPaintedCentre) centres.push_back(line);
+      (e.type == kRunway ? runways : taxiways).push_back(std::move(line));
     }
   }
   if (!s_.plyPath.empty()) {
@@ -258,9 +259,8 @@ void Describer::Labels() {
     double scale = std::ldexp(1.0, l);  // pixels to the foot
     double cell = 8 * kLabelPixels / scale;
     std::unordered_map<std::int64_t, std::vector<std::int32_t>> grid;
-    auto key = [&](double x, double z) {
-      return (static_cast<std::int64_t>(std::floor(x / cell)) << 32) ^
-             (static_cast<std::int64_t>(std::floor(z / cell)) & 0xffffffff);
+    auto key = [](double column, double row) {  // cells of points within kFarFeet fit 32 bits
+      return (static_cast<std::int64_t>(column) << 32) ^ (static_cast<std::int64_t>(row) & 0xffffffff);
     };
     auto box = [&](std::int32_t p, double& x0, double& z0, double& x1, double& z1) {
       const NodeRecord& q = n.Node(p);
@@ -273,7 +273,7 @@ void Describer::Labels() {
       double x0, z0, x1, z1;
       box(p, x0, z0, x1, z1);
       for (double x = std::floor(x0 / cell); x <= std::floor(x1 / cell); ++x)
-        for (double z = std::floor(z0 / cell); z <= std::floor(z1 / cell); ++z) grid[key(x * cell, z * cell)].push_back(p);
+        for (double z = std::floor(z0 / cell); z <= std::floor(z1 / cell); ++z) grid[key(x, z)].push_back(p);
     };
     for (std::int32_t p : placed) insert(p);
     for (std::int32_t p : order) {
@@ -283,7 +283,7 @@ void Describer::Labels() {
       bool free = true;
       for (double x = std::floor(x0 / cell); free && x <= std::floor(x1 / cell); ++x)
         for (double z = std::floor(z0 / cell); free && z <= std::floor(z1 / cell); ++z) {
-          auto it = grid.find(key(x * cell, z * cell));
+          auto it = grid.find(key(x, z));
           if (it == grid.end()) continue;
           for (std::int32_t q : it->second) {
             double a0, c0, a1, c1;
