@@ -205,7 +205,8 @@ std::string ViewPage(const Scene& scene, const Findings& findings, const ViewOpt
   for (char c : title) html += c == '<' ? std::string("&lt;") : c == '&' ? std::string("&amp;") : std::string(1, c);
   html += "</title>\n<style>\n" + Inline(WithoutPictures(leafletCss)) + "\n</style>\n<style>\n" + kViewStyle +
           "</style>\n</head>\n<body>\n" + kViewBody + "<script>\n" + Inline(leafletJs) +
-          "\n</script>\n<script>\nvar SCENE = " + Inline(SceneData(scene, d, findings, o.attribution)) + ";\n</script>\n<script>\n" +
+          "\n</script>\n<script type=\"application/json\" id=\"scene\">" +
+          Inline(SceneData(scene, d, findings, o.attribution)) + "</script>\n<script>\n" +
           kViewScript + "</script>\n</body></html>\n";
   return html;
 }

@@ -45,7 +45,9 @@ inline constexpr const char* kViewBody = R"HTML(<div id="side">
 <div id="map"></div>
 )HTML";
 
-inline constexpr const char* kViewScript = R"JS((function () {
+// The scene comes as JSON text, which the browser reads much faster than a script of the same size.
+inline constexpr const char* kViewScript = R"JS(var SCENE = JSON.parse(document.getElementById('scene').textContent);
+(function () {
 'use strict';
 var S = SCENE, $ = function (id) { return document.getElementById(id); };
 function esc(t) { return String(t).replace(/[&<>"]/g, function (c) { return { '&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;' }[c]; }); }
@@ -120,7 +122,7 @@ S.layers.forEach(function (d) {
     var dots = {};
     d.shapes.forEach(function (s) {
       var k = d.id === 'plylight' ? 0 : s[0];
-      for (var i = 2; i < s.length; i += 2) (dots[k] = dots[k] || []).push([ll(s[i], s[i + 1]), ll(s[i], s[i + 1])]);
+      for (var i = 2; i < s.length; i += 2) { var p = ll(s[i], s[i + 1]); (dots[k] = dots[k] || []).push([p, p]); }
     });
     L.extend(o, { weight: d.pixels, lineCap: 'round' });
     g = L.layerGroup(Object.keys(dots).map(function (k) { return L.polyline(dots[k], o); }));
