@@ -2,6 +2,8 @@
 // rest is: a compact network with its PLY text (as the -tm target reads it),
 // raw BGR bytes, or raw TMS bytes beside a small network.
 #include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
 
 #include "fuzz_common.h"
 #include "kit/check.h"
@@ -46,7 +48,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bgr::kit::RenderOptions options;
     options.labels = true;
     (void)bgr::kit::DrawSvg(scene, options);
-    (void)bgr::kit::ViewPage(scene, findings, bgr::kit::ViewOptions{}, "", "");
+    // the page's scene must stay JSON whatever the files hold
+    std::string page = bgr::kit::ViewPage(scene, findings, bgr::kit::ViewOptions{}, "", "");
+    const std::string head = "id=\"scene\">";
+    std::size_t from = page.find(head), to = page.find("</script>", from);
+    if (from == std::string::npos || to == std::string::npos) std::abort();
+    from += head.size();
+    if (nlohmann::json::parse(page.substr(from, to - from), nullptr, false).is_discarded()) std::abort();
   }
   return 0;
 }

@@ -73,9 +73,14 @@ std::string SceneData(const Scene& scene, const SceneDescription& d, const Findi
   for (const std::string* name : {&scene.bgrPath, &scene.plyPath, &scene.tmsPath})
     if (!name->empty()) files += (files.empty() ? "" : ",") + Text(*name);
   out += "\"files\":[" + files + "],\"attribution\":" + Text(attribution);
-  out += ",\"origin\":{\"lat\":" + std::to_string(d.latitude) + ",\"lon\":" + std::to_string(d.longitude) +
-         ",\"feetNorth\":" + std::to_string(d.feetPerDegreeNorth) + ",\"feetEast\":" + std::to_string(d.feetPerDegreeEast) +
-         "}";
+  // a damaged origin may hold any double; JSON has no word for NaN
+  auto number = [](double v) {
+    char text[32];
+    auto r = std::to_chars(text, text + sizeof text, std::isfinite(v) ? v : 0.0);
+    return std::string(text, r.ptr);
+  };
+  out += ",\"origin\":{\"lat\":" + number(d.latitude) + ",\"lon\":" + number(d.longitude) +
+         ",\"feetNorth\":" + number(d.feetPerDegreeNorth) + ",\"feetEast\":" + number(d.feetPerDegreeEast) + "}";
   out += ",\"bounds\":[";
   Feet(out, d.west);
   out += ',';
