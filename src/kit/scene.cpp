@@ -348,7 +348,8 @@ double SignedDegrees(double longitudeSeconds) {
 std::string DescribeEdge(const NetworkContent& n, std::size_t i) {
   const EdgeRecord& e = n.edges[i];
   char text[160];
-  std::snprintf(text, sizeof text, "edge %zu: points %d-%d, <thck> %d %dft sp=%02X, <type> %d (%s)", i, e.from, e.to,
+  std::snprintf(text, sizeof text, "edge %llu: points %d-%d, <thck> %d %dft sp=%02X, <type> %d (%s)",
+                static_cast<unsigned long long>(i), e.from, e.to,
                 e.packed, e.width, static_cast<unsigned>(e.flags), e.type,
                 e.type == kRunway ? "runway" : e.type == kTaxiway ? "taxiway" : "unknown type");
   return text;
