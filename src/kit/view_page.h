@@ -68,17 +68,40 @@ $('title').textContent = S.files[0] || '';
 $('files').textContent = S.files.join(', ') + '; origin ' + S.origin.lat.toFixed(6) + ', ' + S.origin.lon.toFixed(6);
 S.warnings.forEach(function (w) { var p = document.createElement('p'); p.textContent = 'warning: ' + w; $('warnings').appendChild(p); });
 
-// Areas: each ring filled on its own, so that overlapping shapes of one layer add up rather than cancel;
-// small shapes need neither clipping nor simplifying, which cost more than drawing them.
-var Areas = L.Polygon.extend({
+// Many small shapes in feet, kept as the page's numbers and projected straight from them: no map
+// coordinates are made for them, which would cost more time and memory than drawing them.
+var Flat = {
   options: { noClip: true },
-  _update: function () { if (this._map) { this._clipPoints(); this._updatePath(); } },
+  initialize: function (shapes, dots, options) { L.setOptions(this, options); this._shapes = shapes; this._dots = dots; },
+  count: function () { return this._dots ? this._shapes.reduce(function (n, s) { return n + (s.length - 2) / 2; }, 0) : this._shapes.length; },
+  _project: function () {
+    var m = this._map, k = Math.pow(2, m.getZoom()), o = m.getPixelOrigin(), rings = this._rings = [], dots = this._dots;
+    var x0 = Infinity, y0 = Infinity, x1 = -Infinity, y1 = -Infinity;
+    this._shapes.forEach(function (s) {
+      var ring = [];
+      for (var i = 2; i < s.length; i += 2) {
+        var p = new L.Point(s[i] * k - o.x, -s[i + 1] * k - o.y);
+        if (p.x < x0) x0 = p.x; if (p.x > x1) x1 = p.x; if (p.y < y0) y0 = p.y; if (p.y > y1) y1 = p.y;
+        if (dots) rings.push([p, p]); else ring.push(p);
+      }
+      if (!dots) rings.push(ring);
+    });
+    if (x0 > x1) { this._pxBounds = null; return; }
+    this._rawPxBounds = new L.Bounds([x0, y0], [x1, y1]);
+    this._updateBounds();
+  },
+  _update: function () { if (this._map && this._pxBounds) { this._clipPoints(); this._updatePath(); } }
+};
+// Areas: each ring filled on its own, so that overlapping shapes of one layer add up rather than cancel.
+var Areas = L.Polygon.extend(L.extend({}, Flat, {
   _updatePath: function () {
     var parts = this._parts;
     for (var i = 0; i < parts.length; i++) { this._parts = [parts[i]]; this._renderer._updatePoly(this, true); }
     this._parts = parts;
   }
-});
+}));
+// Dots: a light at each point.
+var Dots = L.Polyline.extend(Flat);
 
 function ringsOf(shapes, from) {
   return shapes.map(function (s) { var r = []; for (var i = from; i < s.length; i += 2) r.push(ll(s[i], s[i + 1])); return r; });
@@ -99,7 +122,7 @@ S.layers.forEach(function (d) {
     var byTile = {};
     d.shapes.forEach(function (s) { var k = d.id === 'apron' ? 0 : s[0]; (byTile[k] = byTile[k] || []).push(s); });
     L.extend(o, { stroke: false, fill: true });
-    g = L.layerGroup(Object.keys(byTile).map(function (k) { return new Areas(ringsOf(byTile[k], 2), o); }));
+    g = L.layerGroup(Object.keys(byTile).map(function (k) { return new Areas(byTile[k], false, o); }));
     if (d.id === 'apron') aprons = d;
   } else if (d.paint === 'stroke') {
     // one line for each width, its weight in pixels following the zoom
@@ -120,12 +143,9 @@ S.layers.forEach(function (d) {
     g = L.polyline(ringsOf(d.shapes, 2), L.extend(o, { weight: d.pixels }));
   } else if (d.paint === 'lights') {
     var dots = {};
-    d.shapes.forEach(function (s) {
-      var k = d.id === 'plylight' ? 0 : s[0];
-      for (var i = 2; i < s.length; i += 2) { var p = ll(s[i], s[i + 1]); (dots[k] = dots[k] || []).push([p, p]); }
-    });
+    d.shapes.forEach(function (s) { var k = d.id === 'plylight' ? 0 : s[0]; (dots[k] = dots[k] || []).push(s); });
     L.extend(o, { weight: d.pixels, lineCap: 'round' });
-    g = L.layerGroup(Object.keys(dots).map(function (k) { return L.polyline(dots[k], o); }));
+    g = L.layerGroup(Object.keys(dots).map(function (k) { return new Dots(dots[k], true, o); }));
   } else {
     var items = ringsOf(d.shapes, 2).map(function (r) { return L.polygon(r, L.extend({}, o, { weight: d.pixels, fill: false })); });
     d.shapes.forEach(function (s) {
@@ -317,7 +337,8 @@ weights(); showScale(); showLabels();
 window.bgrView = { map: map, layers: layers, labels: labels, findings: marks, listed: listed,
   count: function (id) {
     var g = layers[id]; if (!g) return 0;
-    var n = 0; (g.getLayers ? g.getLayers() : [g]).forEach(function (l) { if (l.getLatLngs) n += l.getLatLngs().length; });
+    var n = 0;
+    (g.getLayers ? g.getLayers() : [g]).forEach(function (l) { n += l.count ? l.count() : l.getLatLngs ? l.getLatLngs().length : 0; });
     return n;
   } };
 })();
