@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -227,6 +228,13 @@ int View(const ViewOptions& o) {
   if (!LoadScene(o.input, scene, error)) {
     std::cerr << "bgrkit view: " << error << "\n";
     return kFailed;
+  }
+  for (const std::string* input : {&scene.bgrPath, &scene.plyPath, &scene.tmsPath}) {
+    std::error_code same;
+    if (!input->empty() && std::filesystem::equivalent(*input, output, same)) {
+      std::cerr << "bgrkit view: '" << output << "' is one of the files shown; the page goes elsewhere\n";
+      return kBadUsage;
+    }
   }
   for (const std::string& w : scene.warnings) std::cerr << "bgrkit view: warning: " << w << "\n";
   std::string dir = o.leaflet.empty() ? BGRKIT_LEAFLET_DIR : o.leaflet;

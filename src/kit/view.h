@@ -19,7 +19,7 @@ struct ViewOptions {
 // The page, with the map library's script and style sheet given.
 std::string ViewPage(const Scene& scene, const Findings& findings, const ViewOptions& options,
                      const std::string& leafletJs, const std::string& leafletCss);
-// The whole subcommand: 0 written, 1 failed.
+// The whole subcommand: 0 written, 1 failed, 2 an output that is one of the inputs.
 int View(const ViewOptions& options);
 
 }  // namespace bgr::kit

@@ -178,6 +178,7 @@ TEST(Kit, RenderAndViewRefuseWhatTheyCannotDoAndSayWhy) {
       {{"view", "none.bgr"}, 1, "bgrkit view: cannot read 'none.bgr': No such file or directory"},
       {{"view", "a.bgr", "-o", "nosuch/a.html"}, 1, "bgrkit view: cannot write 'nosuch/a.html': No such file or directory"},
       {{"view", "a.bgr", "--leaflet", "nosuch"}, 1, "install the package libjs-leaflet"},
+      {{"view", "a.bgr", "-o", "./a.bgr"}, 2, "bgrkit view: './a.bgr' is one of the files shown"},
   };
   for (const auto& c : cases) {
     ToolRun run = Kit(dir, c.args);
