@@ -44,6 +44,8 @@ TEST(Kit, UsageExitValues) {
       {{"render", "a.bgr", "-o", "a.svg", "--layers", "pave,roads"}, 2, "roads"},
       {{"check"}, 2, "required"},
       {{"check", "--help"}, 0, "--json"},
+      {{"view"}, 2, "required"},
+      {{"view", "--help"}, 0, "--attribution"},
   };
   for (const Case& c : cases) {
     ToolRun run = Kit(dir, c.args);
