@@ -11,7 +11,7 @@ body { display: flex; }
 #side h1 { font-size: 15px; margin: 0 0 4px; word-break: break-all; }
 #side h2 { font-size: 13px; margin: 12px 0 4px; }
 #side p { margin: 2px 0; color: #444; word-break: break-all; }
-#info { background: #f6f6f0; border: 1px solid #ddd; padding: 4px 6px; min-height: 2.6em; white-space: pre-wrap; }
+.panel { background: #f6f6f0; border: 1px solid #ddd; padding: 4px 6px; min-height: 2.6em; white-space: pre-wrap; }
 #findings ul { list-style: none; margin: 0 0 6px; padding: 0; }
 #findings li { padding: 2px 4px; cursor: pointer; border-bottom: 1px solid #eee; }
 #findings li:hover, #findings li.on { background: #fff3c4; }
@@ -37,8 +37,10 @@ inline constexpr const char* kViewBody = R"HTML(<div id="side">
 <p id="files"></p>
 <p id="credit"></p>
 <div id="warnings"></div>
+<h2>Under the pointer</h2>
+<div id="hover" class="panel">Point at an object to see what it is.</div>
 <h2>Selected</h2>
-<div id="info">Point at an object to see what it is; click it to select it.</div>
+<div id="info" class="panel">Click an object or a finding to select it.</div>
 <h2 id="findings-head">Findings of bgrkit check</h2>
 <div id="findings"></div>
 </div>
@@ -270,7 +272,6 @@ function mark(sel, at) {
   }
   if (at) highlight.addLayer(L.circleMarker(at, L.extend({}, hl, { radius: 12, weight: 2 })));
 }
-var pinned = false;
 function showFinding(f, li) {
   listed.forEach(function (x) { x.classList.remove('on'); });
   li.classList.add('on');
@@ -280,7 +281,6 @@ function showFinding(f, li) {
   else if (f.object === 'polygon' && aprons && f.number >= 1 && f.number <= aprons.shapes.length) sel = { kind: 'apron', n: f.number };
   if (f.x !== undefined) { at = ll(f.x, f.z); map.setView(at, Math.max(map.getZoom(), -1), { animate: false }); }
   mark(sel, at);
-  pinned = true;
   $('info').textContent = f.text + (sel ? '\n' + describe(sel) : '');
 }
 
@@ -291,12 +291,11 @@ where.addTo(map);
 var pending = null;
 map.on('mousemove', function (e) {
   $('where').textContent = 'x ' + ft(e.latlng.lng) + ' ft, z ' + ft(e.latlng.lat) + ' ft  (' + degrees(e.latlng.lng, e.latlng.lat) + ')';
-  if (pinned || pending) return;
-  pending = requestAnimationFrame(function () { pending = null; $('info').textContent = describe(pick(e.latlng)) || ' '; });
+  if (pending) return;
+  pending = requestAnimationFrame(function () { pending = null; $('hover').textContent = describe(pick(e.latlng)) || ' '; });
 });
 map.on('click', function (e) {
   var sel = pick(e.latlng);
-  pinned = !!sel;
   listed.forEach(function (x) { x.classList.remove('on'); });
   mark(sel, null);
   $('info').textContent = describe(sel) || ' ';

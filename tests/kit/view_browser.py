@@ -125,6 +125,13 @@ def main():
             expect(abs(centre[0] - place["x"]) < 1 and abs(centre[1] - place["z"]) < 1,
                    "the map is not centred on the finding: %s" % centre)
 
+            # the pointer resting on a point tells its number and place
+            node = driver.execute_script(
+                "var S = SCENE, a = S.edges[0];"
+                "bgrView.map.setView([S.nodes[2 * a + 1], S.nodes[2 * a]], 0, { animate: false }); return a;")
+            ActionChains(driver).move_to_element(driver.find_element(By.ID, "map")).perform()
+            wait_for(driver, "return document.getElementById('hover').textContent.indexOf('point %d: x ') === 0" % node)
+
             # a click on the longest edge's middle tells which edge it is
             driver.find_element(By.ID, "fit").click()
             where = driver.execute_script(
