@@ -27,8 +27,7 @@ PlyContent ReadPlyContent(std::string_view path) {
   }
   ply.Rewind();
   PlyLight l;
-  std::int32_t count = 0;
-  while (ply.ReadLgt(&l.kind, &l.x1, &l.z1, &l.x2, &l.z2, &count)) content.lights.push_back(l);
+  while (ply.ReadLgt(&l.kind, &l.x1, &l.z1, &l.x2, &l.z2, &l.count)) content.lights.push_back(l);
   content.lines = ply.lines();
   return content;
 }
