@@ -81,8 +81,9 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     return 0;
   }
   BgrFile file;
-  if (!file.OpenReplace(ctx_, path)) {
-    // the report has the failed open; say on standard error what it costs
+  if (!file.OpenReplace(ctx_, path) && !ctx_.once.networkNotSaved) {
+    // the report has the failed open; say on standard error, once, what it costs
+    ctx_.once.networkNotSaved = true;
     int reason = errno;
     ctx_.diagnostics().Printf("bgrtool: the network '%.*s' is not saved: %s\n", static_cast<int>(path.size()),
                               path.data(), std::strerror(reason));

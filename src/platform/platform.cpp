@@ -241,6 +241,14 @@ void UseBinaryStdio() {
 #endif
 }
 
+bool IsTerminal(std::FILE* stream) {
+#if defined(_WIN32)
+  return _isatty(_fileno(stream)) != 0;
+#else
+  return isatty(fileno(stream)) != 0;
+#endif
+}
+
 bool SameFile(std::string_view a, std::string_view b) {
   std::error_code ec;
   return fs::equivalent(NativePath(a), NativePath(b), ec) && !ec;

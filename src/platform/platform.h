@@ -27,6 +27,8 @@ std::FILE* OpenFile(std::string_view path, const char* mode);
 
 // Standard output and error carry bytes as they are (no CR before LF on Windows).
 void UseBinaryStdio();
+// The stream is a terminal that a user watches, not a file or a pipe.
+bool IsTerminal(std::FILE* stream);
 
 // Both paths name one existing file, however they are spelled.
 bool SameFile(std::string_view a, std::string_view b);
