@@ -81,7 +81,8 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     return 0;
   }
   BgrFile file;
-  if (!file.OpenReplace(ctx_, path) && !ctx_.once.networkNotSaved) {
+  bool opened = file.OpenReplace(ctx_, path);
+  if (!opened && !ctx_.once.networkNotSaved) {
     // the report has the failed open; say on standard error, once, what it costs
     ctx_.once.networkNotSaved = true;
     int reason = errno;
@@ -100,7 +101,7 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     }
     file.WriteEdge({e.start, e.end, e.width, e.type, 0, e.flags});
   }
-  bool written = file.Close();
+  bool written = file.Close() && opened;
   Reset();
   return written ? 1 : 0;
 }
