@@ -37,6 +37,8 @@ NetworkContent ReadNetworkContent(RunContext& ctx, std::string_view path);
 // can't be read, a folder, an empty file, a tile file, no BGR record at its
 // start, its first record cut short. Empty when it begins as a network.
 std::string WhatStandsInstead(std::string_view path);
+// The file begins as a tile file: the BGR framing with the tile grid behind the origin.
+bool IsTileFile(std::string_view path);
 // The same on standard error, behind the program's name and the path.
 void TellWhatStandsInstead(RunContext& ctx, std::string_view path);
 

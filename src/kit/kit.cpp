@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <iostream>
 
+#include "frame/options.h"
+
 namespace bgr::kit {
 
 std::vector<Subcommand> Subcommands() {
@@ -18,6 +20,7 @@ int RunKit(int argc, const char* const* argv) {
   CLI::App app{"bgrkit: companion tools for bgrtool's airport networks"};
   app.name("bgrkit");
   app.require_subcommand(0, 1);
+  app.set_version_flag("--version", std::string("bgrkit") + kVersion);
   std::function<int()> work;
   std::vector<std::pair<CLI::App*, std::function<int()>>> commands;
   for (const Subcommand& sub : Subcommands()) {
@@ -33,6 +36,8 @@ int RunKit(int argc, const char* const* argv) {
     return app.exit(e) == 0 ? kDone : kBadUsage;
   } catch (const CLI::CallForAllHelp& e) {
     return app.exit(e) == 0 ? kDone : kBadUsage;
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e) == 0 ? kDone : kBadUsage;
   } catch (const CLI::ParseError& e) {
     app.exit(e);
     return kBadUsage;
@@ -44,7 +49,7 @@ int RunKit(int argc, const char* const* argv) {
     }
     for (auto& [command, run] : commands) {
       if (command->get_name() == topic) {
-        std::cout << command->help();
+        std::cout << command->help("bgrkit");
         return kDone;
       }
     }

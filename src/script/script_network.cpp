@@ -68,8 +68,9 @@ void ScriptNetwork::TellDatabaseOnce() {
   tally.toldDatabase = true;
   std::string why = WhyUnreadable(kAirportDatabase);
   if (why.empty()) why = "its field list (dbt) beside it is missing or empty, or its records are cut short";
-  ctx_.diagnostics().Printf("bgrtool: the airport database '%s' can't be used: %s; no reference point finds an airport\n",
-                            kAirportDatabase, why.c_str());
+  ctx_.diagnostics().Printf(
+      "bgrtool: the airport database '%s' can't be used: %s; no reference point finds an airport\n", kAirportDatabase,
+      why.c_str());
 }
 
 void ScriptNetwork::SaveNetwork() {

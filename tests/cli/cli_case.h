@@ -41,7 +41,9 @@ inline CliCase Says(CliCase c, std::string err) {
   return c;
 }
 // Standard error of a command whose source doesn't exist.
-inline std::string NoSuchSource(const std::string& name) { return "bgrtool: '" + name + "': No such file or directory\n"; }
+inline std::string NoSuchSource(const std::string& name) {
+  return "bgrtool: '" + name + "': No such file or directory\n";
+}
 
 void RunCliCase(const CliCase& c);
 

@@ -33,7 +33,8 @@ std::vector<CliCase> Cases() {
   }
   // a failed export leaves the file of its name as it was
   cases.push_back(Says(Failing("txd of a missing source leaves the old export", {"-txd", "x.bgr"}, {{"x.txd", "old"}},
-                          "BgrTxd source file 'x.bgr' not found", {NotOpened("x.bgr")}, {{"x.txd", "old"}}), NoSuchSource("x.bgr")));
+                               "BgrTxd source file 'x.bgr' not found", {NotOpened("x.bgr")}, {{"x.txd", "old"}}),
+                       NoSuchSource("x.bgr")));
   {
     Bytes txp;
     txp.Tag(kBegin).Tag("<orgn> ---- origin ----").Double(171000.5).Double(-441000.25).Double(9).Long(1);

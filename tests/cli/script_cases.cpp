@@ -86,10 +86,11 @@ std::vector<CliCase> Cases() {
     BgrBuilder bgr;
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Node(100, 0, 200);
     bgr.Edge(0, 1, kW90, 15, 1).Edge(1, 2, kW75, 15, 1).Edge(2, 0, kW60, 15, 1).Edge(1, 0, kW75, 15, 1).End();
-    cases.push_back(Script("a script builds an airport's network and its PLY file", With(db, {{"s.txt", script}}),
-                           {{"DATA/LMMX.BGR", bgr.data},
-                            {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}},
-                           {}, Summary(14, 1, 1)));
+    cases.push_back(
+        Script("a script builds an airport's network and its PLY file", With(db, {{"s.txt", script}}),
+               {{"DATA/LMMX.BGR", bgr.data},
+                {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}},
+               {}, Summary(14, 1, 1)));
   }
   {
     // B lies 1000 arc-seconds north of A: far beyond 15000 ft
@@ -176,7 +177,8 @@ std::vector<CliCase> Cases() {
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, z).Node(x7, 0, z).Node(x7, 0, 0).Node(x22, 0, 0).Node(x22, 0, z);
     bgr.Edge(2, 3, kW148, 0, 0).Edge(4, 5, kW148, 0, 0).End();
     cases.push_back(Script("a runway redrawn the other way replaces the old one", With(db, {{"s.txt", script}}),
-                           {{"DATA/LMMX.BGR", bgr.data}}, {}, Summary(3, 1, 1, "bgrtool: runways: 3 drawn, 0 refused\n")));
+                           {{"DATA/LMMX.BGR", bgr.data}}, {},
+                           Summary(3, 1, 1, "bgrtool: runways: 3 drawn, 0 refused\n")));
   }
   {
     std::string excl = "ARE 5 \"C:\\SCENERY\\MALTA\"\nXCL 10 99000 49000 101000 51000 1\nXCL 99 0 0 1 1 0\n";
@@ -272,9 +274,16 @@ std::vector<CliCase> Cases() {
                              "bgrtool: reference points that opened no network: 1 with no airport of the database "
                              "within about 283\" (line 6)\n")});
   }
-  cases.push_back({"a script that can't be opened fails and writes nothing", {"-tenone.txt"}, db, "", 0,
+  cases.push_back({"a script that can't be opened fails and writes nothing",
+                   {"-tenone.txt"},
+                   db,
+                   "",
+                   0,
                    {"INFO: WrapFileOpen(none.txt, [00] r) failed", "INFO: WrapFileOpen(excllist.txt, [00] r) failed"},
-                   {}, {"DATA/LMMX.BGR"}, true, "bgrtool: cannot read the script 'none.txt': No such file or directory\n"});
+                   {},
+                   {"DATA/LMMX.BGR"},
+                   true,
+                   "bgrtool: cannot read the script 'none.txt': No such file or directory\n"});
   return cases;
 }
 

@@ -78,14 +78,16 @@ std::vector<CliCase> Cases() {
     FileList files;
     std::string err;
   };
-  for (const NoNetwork& n : {NoNetwork{"without a network the job writes 64 empty tiles and fails", {},
-                                       NoSuchSource("x.bgr")},
-                             NoNetwork{"a folder is no network", {{"x.bgr/keep", ""}}, "bgrtool: 'x.bgr': it is a folder\n"},
-                             NoNetwork{"an empty file is no network", {{"x.bgr", ""}}, "bgrtool: 'x.bgr': it is an empty file\n"},
-                             NoNetwork{"bytes that begin with no tag are no network", {{"x.bgr", "PK\x03\x04 zip"}},
-                                       "bgrtool: 'x.bgr': no BGR record at its start\n"},
-                             NoNetwork{"a file cut inside its first tag is no network", {{"x.bgr", "<bgn"}},
-                                       "bgrtool: 'x.bgr': it ends at byte 4, inside its first record\n"}}) {
+  for (const NoNetwork& n :
+       {NoNetwork{"without a network the job writes 64 empty tiles and fails", {}, NoSuchSource("x.bgr")},
+        NoNetwork{"a folder is no network", {{"x.bgr/keep", ""}}, "bgrtool: 'x.bgr': it is a folder\n"},
+        NoNetwork{"an empty file is no network", {{"x.bgr", ""}}, "bgrtool: 'x.bgr': it is an empty file\n"},
+        NoNetwork{"bytes that begin with no tag are no network",
+                  {{"x.bgr", "PK\x03\x04 zip"}},
+                  "bgrtool: 'x.bgr': no BGR record at its start\n"},
+        NoNetwork{"a file cut inside its first tag is no network",
+                  {{"x.bgr", "<bgn"}},
+                  "bgrtool: 'x.bgr': it ends at byte 4, inside its first record\n"}}) {
     FileList keep = n.files;
     keep.push_back({"x.TMS", EmptyTiles(38562.49609375, 38562.49609375, 500.0f)});
     cases.push_back({n.name,
