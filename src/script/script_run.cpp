@@ -112,6 +112,7 @@ void ScriptRun::ShowProgress() {
   constexpr std::int64_t kEveryMs = 250;
   if (!ctx_.diagnostics().terminal() || platform::NowMs() - lastProgress_ < kEveryMs) return;
   lastProgress_ = platform::NowMs();
+  progressShown_ = true;
   // one line that each report overwrites; the summary clears it
   ctx_.diagnostics().Printf("\rbgrtool: line %d, %zu networks written, %d runways drawn ", script_.lineNumber,
                             pen_.tally.written.size(), runwaysDrawn_);
@@ -134,7 +135,7 @@ void ScriptRun::CheckRunwayEnds(double length, double lat1, double lon1, double 
 
 void ScriptRun::TellSummary(std::string_view name) const {
   OutputSink& err = ctx_.diagnostics();
-  if (err.terminal()) err.Printf("\r%72s\r", "");
+  if (progressShown_) err.Printf("\r%72s\r", "");
   const ScriptTally& t = pen_.tally;
   auto plural = [](std::int64_t n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);

@@ -60,6 +60,7 @@ class ScriptRun {
   std::int32_t oddRunways_ = 0, firstOdd_ = 0;  // ends that don't fit the stated length
   double oddApart_ = 0, oddLength_ = 0;
   std::int64_t lastProgress_ = 0;
+  bool progressShown_ = false;
 };
 
 }  // namespace bgr
