@@ -30,6 +30,10 @@ void UseBinaryStdio();
 // The stream is a terminal that a user watches, not a file or a pipe.
 bool IsTerminal(std::FILE* stream);
 
+// An existing file at the path that an open for writing would accept (not
+// marked read-only, or this user may write it anyway).
+bool Writable(std::string_view path);
+
 // Both paths name one existing file, however they are spelled.
 bool SameFile(std::string_view a, std::string_view b);
 
