@@ -4,13 +4,13 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "frame/file_access.h"
 #include "frame/int32_math.h"
+#include "frame/run_context.h"
 #include "geometry/geo_angle.h"
 #include "geometry/planar.h"
 #include "platform/platform.h"
 #include "script/airport_database.h"
-#include "frame/file_access.h"
-#include "frame/run_context.h"
 
 namespace bgr {
 namespace {

@@ -1,15 +1,15 @@
 #include "script/script_run.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
+#include "frame/file_access.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
-#include "frame/file_access.h"
 #include "geometry/planar.h"
 #include "platform/platform.h"
 #include "script/geo_parse.h"
