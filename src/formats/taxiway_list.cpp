@@ -63,6 +63,17 @@ std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
     while (edgeCount < kMaxEdges && file.ReadEdge(read)) {
       edges[static_cast<std::size_t>(edgeCount++)] = TaxiwayEdge{read.from, read.to, read.width, read.type, read.flags};
     }
+    // a damaged or overfull file loads in part without a word of the report; say where it stopped
+    bool closed = file.ReadTag("<endo>");
+    long at = file.Tell(), length = file.Length();
+    if (at != length) {
+      ctx_.diagnostics().Printf(
+          "bgrtool: warning: '%.*s': the reading stopped at byte %ld of %ld; what follows is not read\n",
+          static_cast<int>(path.size()), path.data(), at, length);
+    } else if (!closed) {
+      ctx_.diagnostics().Printf("bgrtool: warning: '%.*s': the file is cut short at byte %ld, inside a record\n",
+                                static_cast<int>(path.size()), path.data(), at);
+    }
     file.Abandon();
     result = 1;
     state = NetState::kOpen;
