@@ -114,8 +114,8 @@ void ScriptRun::ShowProgress() {
   lastProgress_ = platform::NowMs();
   progressShown_ = true;
   // one line that each report overwrites; the summary clears it
-  ctx_.diagnostics().Printf("\rbgrtool: line %d, %zu networks written, %d runways drawn ", script_.lineNumber,
-                            pen_.tally.written.size(), runwaysDrawn_);
+  ctx_.diagnostics().Printf("\rbgrtool: line %d, %d networks written, %d runways drawn ", script_.lineNumber,
+                            static_cast<int>(pen_.tally.written.size()), runwaysDrawn_);
 }
 
 void ScriptRun::Refuse(Refusal why) {
