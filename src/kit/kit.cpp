@@ -11,6 +11,8 @@ std::vector<Subcommand> Subcommands() {
       {"makedb", "build the airport database (DBD and dbt) from a CSV of airports", SetupMakeDb},
       {"render", "draw a network, its PLY companion and its tiles as SVG or PNG", SetupRender},
       {"check", "find what is wrong with a network and its PLY companion before -tm does", SetupCheck},
+      {"osm", "airport scripts and an airports table from OpenStreetMap data (.osm.pbf, .osm)", SetupOsm},
+      {"runways", "RWY lines of an airport script from the OurAirports runways table", SetupRunways},
   };
 }
 
