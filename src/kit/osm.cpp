@@ -539,10 +539,19 @@ class AirportBuilder {
     if (clamped) Note("runway " + r.first + "/" + r.second + " (" + r.osmId + "): its width is held to 25..500 ft");
     ++written_;
     trialRunways_.push_back({p, q, static_cast<int>(width)});
+    // -te measures the second end east of the first at the first end's latitude,
+    // not the origin's: its longitude is written so that it lands on the map's node
+    double lat1 = 0, lon1 = 0;
+    ParseLatitude(Angle(r.from.lat, 'N', 'S'), &lat1);
+    ParseLongitude(Angle(r.from.lon, 'E', 'W'), &lon1);
+    PlanePoint first = frame_.Feet({lat1 / 3600.0, lon1 / 3600.0});
+    double c = std::cos(lat1 / 3600.0 * kPi / 180.0);
+    double lon2 = lon1 + (q.x - first.x) * 1296000.0 / (kEquatorFeet * c);
+    Geo second{r.to.lat, lon2 / 3600.0};
     char text[256];
     std::snprintf(text, sizeof text, "RWY %s %s %s osm %d %d %s %s\n", r.first.c_str(), r.second.c_str(),
                   r.osmId.substr(0, 120).c_str(), static_cast<int>(length), static_cast<int>(width),
-                  Position(r.from).c_str(), Position(r.to).c_str());
+                  Position(r.from).c_str(), Position(second).c_str());
     return text;
   }
 
