@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -112,6 +113,10 @@ bool OnWindows() {
   const char* other = std::getenv("BGRKIT_TEST_BINARY");
   return other && std::string_view(other).ends_with(".exe");
 }
+#define NEED_BGRKIT()
+// differs on Windows: that build reads PBF only
+#define NEED_OSM_XML() \
+  if (OnWindows()) GTEST_SKIP() << "bgrkit.exe reads .osm.pbf only"
 
 class OsmChain : public ::testing::TestWithParam<Airport> {};
 
@@ -230,6 +235,148 @@ TEST_P(OsmChain, TheNetworkHoldsWhatTheMapHolds) {
       EXPECT_NE(osm.err.find("apron " + id), std::string::npos) << id;
     }
   }
+}
+
+
+// A small map in OSM XML: nodes on a grid near 35.85 N 14.48 E, a step of
+// 0.0001 degrees (about 36 ft north, 30 ft east).
+struct SmallMap {
+  std::string body;
+  SmallMap& Node(int id, double north, double east, const std::string& tags = "") {
+    char text[160];
+    std::snprintf(text, sizeof text, "<node id=\"%d\" version=\"1\" lat=\"%.7f\" lon=\"%.7f\"", id,
+                  35.85 + north * 0.0001, 14.48 + east * 0.0001);
+    body += text;
+    body += tags.empty() ? "/>\n" : ">" + tags + "</node>\n";
+    return *this;
+  }
+  SmallMap& Way(int id, const std::vector<int>& nodes, const std::string& tags) {
+    body += "<way id=\"" + std::to_string(id) + "\" version=\"1\">";
+    for (int n : nodes) body += "<nd ref=\"" + std::to_string(n) + "\"/>";
+    body += tags + "</way>\n";
+    return *this;
+  }
+  SmallMap& Relation(int id, const std::string& members, const std::string& tags) {
+    body += "<relation id=\"" + std::to_string(id) + "\" version=\"1\">" + members + tags + "</relation>\n";
+    return *this;
+  }
+  std::string Xml() const { return "<?xml version=\"1.0\"?>\n<osm version=\"0.6\">\n" + body + "</osm>\n"; }
+};
+std::string Tag(const std::string& k, const std::string& v) { return "<tag k=\"" + k + "\" v=\"" + v + "\"/>"; }
+
+// A map with a coded aerodrome, a runway in two pieces, a taxiway that joins
+// it, an apron with a hole, a runway drawn only as an area, and things that
+// are left out.
+SmallMap Airfield() {
+  SmallMap m;
+  m.Node(1, 0, 0, Tag("aeroway", "aerodrome") + Tag("icao", "LMXX") + Tag("name", "Test"));
+  m.Node(10, 0, -40).Node(11, 0, 0).Node(12, 0, 40);  // runway 09/27, two ways
+  m.Way(100, {10, 11}, Tag("aeroway", "runway") + Tag("ref", "27/09") + Tag("width", "45"));
+  m.Way(101, {11, 12}, Tag("aeroway", "runway") + Tag("ref", "27/09"));
+  m.Node(20, -10, 0).Node(21, -10, 10).Node(22, -5, 12).Node(23, -99, -99);
+  m.Way(200, {11, 20, 21, 22}, Tag("aeroway", "taxiway") + Tag("width", "60 ft"));
+  m.Way(201, {22}, Tag("aeroway", "taxiway"));                   // one node
+  m.Way(202, {21, 999, 998}, Tag("aeroway", "taxiway"));         // nodes missing
+  m.Way(203, {20, 21}, Tag("aeroway", "taxiway") + Tag("disused", "yes"));
+  m.Node(30, 20, -20).Node(31, 20, 20).Node(32, 30, 20).Node(33, 30, -20);
+  m.Node(34, 24, -5).Node(35, 24, 5).Node(36, 27, 0);
+  m.Way(300, {30, 31, 32, 33, 30}, "").Way(301, {34, 35, 36, 34}, "");
+  m.Relation(310, "<member type=\"way\" ref=\"300\" role=\"outer\"/><member type=\"way\" ref=\"301\" role=\"inner\"/>",
+             Tag("type", "multipolygon") + Tag("aeroway", "apron") + Tag("name", "North &quot;Apron&quot;"));
+  m.Relation(311, "<member type=\"way\" ref=\"777\" role=\"outer\"/>",
+             Tag("type", "multipolygon") + Tag("aeroway", "apron"));  // its member is missing
+  m.Node(40, -30, -30).Node(41, -30, 30).Node(42, -32, 30).Node(43, -32, -30);
+  m.Way(400, {40, 41, 42, 43, 40}, Tag("aeroway", "runway") + Tag("area", "yes") + Tag("ref", "18/36"));
+  m.Node(2, 900, 900, Tag("aeroway", "aerodrome") + Tag("name", "No Code"));
+  return m;
+}
+
+TEST(Kit, OsmWritesScriptsAndNamesWhatItLeavesOut) {
+  NEED_OSM_XML();
+  TempDir dir;
+  dir.Write("a.osm", Airfield().Xml());
+  ToolRun run = RunTool(BGRKIT_PATH, dir.path(), {"osm", "a.osm", "--out", "out"});
+  ASSERT_EQ(run.exitStatus, 0) << run.err;
+  for (const char* says : {"aerodrome node/2 \"No Code\" has no code", "--airport node/2=CODE",
+                           "apron relation/310: its 1 hole is left out", "relation/311 lacks members",
+                           "2 taxiway nodes are missing", "2 taxiway ways have fewer than two nodes",
+                           "LMXX (Test): 2 runways, 3 taxiway ways as 3 edges, 1 apron as 1 polygon"})
+    EXPECT_NE(run.err.find(says), std::string::npos) << says << "\n" << run.err;
+  std::string script = dir.Read("out/LMXX.txt");
+  // two pieces under one ref are one runway from end to end; its ends named by
+  // their bearings whatever order the ref gives; 45 m is 147 ft
+  EXPECT_NE(script.find("RWY 09 27 way/100+101 osm "), std::string::npos) << script;
+  EXPECT_NE(script.find(" 147 N35:51:0.0000 E14:28:33.6000 "), std::string::npos) << script;
+  // the area runway of 60 by 2 steps becomes a centre line of its long axis (18/36 by the ref, though it runs east)
+  EXPECT_NE(script.find("osm 1"), std::string::npos);
+  EXPECT_NE(script.find("PLY \"North 'Apron' (relation/310)\""), std::string::npos) << script;
+  EXPECT_NE(script.find("LIN "), std::string::npos);
+  EXPECT_EQ(script.find("way/203"), std::string::npos);
+  EXPECT_NE(script.find("OpenStreetMap contributors, ODbL 1.0"), std::string::npos);
+  EXPECT_NE(dir.Read("out/airports.csv").find("ident,latitude_deg,longitude_deg\nLMXX,35.8"), std::string::npos);
+
+  // the coded aerodrome by its id, and the one without a code by its id and a code given
+  ToolRun picked = RunTool(BGRKIT_PATH, dir.path(), {"osm", "a.osm", "--airport", "node/2=ZZNC", "--out", "two"});
+  EXPECT_EQ(picked.exitStatus, 0) << picked.err;
+  EXPECT_TRUE(dir.Exists("two/ZZNC.txt"));
+  EXPECT_FALSE(dir.Exists("two/LMXX.txt"));
+  ToolRun none = RunTool(BGRKIT_PATH, dir.path(), {"osm", "a.osm", "--airport", "EGLL", "--out", "three"});
+  EXPECT_EQ(none.exitStatus, 1);
+  EXPECT_NE(none.err.find("no aerodrome EGLL"), std::string::npos) << none.err;
+}
+
+TEST(Kit, OsmSimplifiesARingOfTenThousandCorners) {
+  NEED_OSM_XML();
+  SmallMap m;
+  m.Node(1, 0, 0, Tag("aeroway", "aerodrome") + Tag("icao", "LMXX"));
+  std::vector<int> ring;
+  for (int i = 0; i < 10000; ++i) {
+    double a = 2 * 3.14159265358979 * i / 10000;
+    m.Node(100 + i, 20 * std::sin(a) + (i % 2) * 0.01, 20 * std::cos(a));
+    ring.push_back(100 + i);
+  }
+  ring.push_back(100);
+  m.Way(7, ring, Tag("aeroway", "apron"));
+  TempDir dir;
+  dir.Write("a.osm", m.Xml());
+  ToolRun run = RunTool(BGRKIT_PATH, dir.path(), {"osm", "a.osm"});
+  ASSERT_EQ(run.exitStatus, 0) << run.err;
+  EXPECT_NE(run.err.find("apron way/7: "), std::string::npos) << run.err;
+  std::string script = dir.Read("LMXX.txt");
+  std::size_t corners = 0;
+  for (std::size_t at = script.find("\nPOI "); at != std::string::npos; at = script.find("\nPOI ", at + 1)) ++corners;
+  EXPECT_GE(corners, 3u);
+  EXPECT_LE(corners, 127u);  // -tm warns from 128 on
+}
+
+TEST(Kit, RunwaysFromTheTable) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("runways.csv",
+            "\"id\",\"airport_ident\",\"length_ft\",\"width_ft\",\"surface\",\"closed\",\"le_ident\",\"le_latitude_deg\","
+            "\"le_longitude_deg\",\"he_ident\",\"he_latitude_deg\",\"he_longitude_deg\"\n"
+            "1,\"LMML\",7000,148,\"ASP\",0,\"05\",35.5,14.5,\"23\",35.51,14.52\n"
+            "2,\"LMML\",5000,100,\"ASP\",1,\"13\",35.5,14.5,\"31\",35.49,14.52\n"
+            "3,\"LMML\",5000,100,\"Hard surface\",0,\"18\",35.5,14.5,\"36\",,\n"
+            "4,\"ZUUU\",13000,150,\"CON\",0,\"02R\",30,103,\"20L\",30,-103\n"
+            "5,\"KSEA\",9000,150,\"CON\",0,\"16L\",47.5,-122.25,\"34R\",47.45,-122.25\n");
+  ToolRun run = RunTool(BGRKIT_PATH, dir.path(), {"runways", "runways.csv", "--airport", "LMML", "--airport", "ZUUU",
+                                                  "-o", "rwy.txt"});
+  EXPECT_EQ(run.exitStatus, 0) << run.err;
+  EXPECT_NE(run.err.find("line 5: ZUUU 02R/20L has its ends"), std::string::npos) << run.err;
+  EXPECT_NE(run.err.find("1 RWY line in rwy.txt; left out: 1 closed, 1 without both ends, 1 placeholder"),
+            std::string::npos)
+      << run.err;
+  EXPECT_EQ(dir.Read("rwy.txt"),
+            "; RWY lines made by bgrkit runways from runways.csv\nSRC \"runways.csv\"\n"
+            "RWY 05 23 ASP LMML 7000 148 N35:30:0.0000 E14:30:0.0000 N35:30:36.0000 E14:31:12.0000\nEXI\n");
+  ToolRun west = RunTool(BGRKIT_PATH, dir.path(), {"runways", "runways.csv", "--airport", "KSEA", "-o", "k.txt"});
+  EXPECT_NE(dir.Read("k.txt").find("RWY 16L 34R CON KSEA 9000 150 N47:30:0.0000 W122:15:0.0000 N47:27:0.0000 "
+                                   "W122:15:0.0000\n"),
+            std::string::npos);
+  ToolRun nothing = RunTool(BGRKIT_PATH, dir.path(), {"runways", "runways.csv", "--airport", "EGLL", "-o", "e.txt"});
+  EXPECT_EQ(nothing.exitStatus, 1);
+  EXPECT_FALSE(dir.Exists("e.txt"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kit, OsmChain,
