@@ -253,14 +253,7 @@ struct Frame {
   }
 };
 
-std::string Angle(double degrees, char positive, char negative) {
-  double a = std::fabs(degrees) * 3600;
-  int d = static_cast<int>(a / 3600), m = static_cast<int>((a - d * 3600.0) / 60);
-  char text[64];
-  std::snprintf(text, sizeof text, "%c%d:%d:%.4f", degrees < 0 ? negative : positive, d, m, a - d * 3600.0 - m * 60.0);
-  return text;
-}
-std::string Position(Geo g) { return Angle(g.lat, 'N', 'S') + " " + Angle(g.lon, 'E', 'W'); }
+std::string Position(Geo g) { return FormatLatitude(g.lat) + " " + FormatLongitude(g.lon); }
 
 std::string Feet(double v) {
   char text[48];
@@ -372,8 +365,8 @@ class AirportBuilder {
     frame_.originLon = Frame::EastSeconds(std::strtod(std::strchr(csv, ',') + 1, nullptr));
     refLine_ = "REF " + Position(reference) + "\n";
     double lat = 0, lon = 0;
-    ParseLatitude(Angle(reference.lat, 'N', 'S'), &lat);
-    ParseLongitude(Angle(reference.lon, 'E', 'W'), &lon);
+    ParseLatitude(FormatLatitude(reference.lat), &lat);
+    ParseLongitude(FormatLongitude(reference.lon), &lon);
     PlanePoint shift = frame_.Feet({lat / 3600.0, lon / 3600.0 + (lon < 0 ? 360.0 : 0.0)});
     frame_.shiftX = shift.x;
     frame_.shiftZ = shift.z;
@@ -542,8 +535,8 @@ class AirportBuilder {
     // -te measures the second end east of the first at the first end's latitude,
     // not the origin's: its longitude is written so that it lands on the map's node
     double lat1 = 0, lon1 = 0;
-    ParseLatitude(Angle(r.from.lat, 'N', 'S'), &lat1);
-    ParseLongitude(Angle(r.from.lon, 'E', 'W'), &lon1);
+    ParseLatitude(FormatLatitude(r.from.lat), &lat1);
+    ParseLongitude(FormatLongitude(r.from.lon), &lon1);
     PlanePoint first = frame_.Feet({lat1 / 3600.0, lon1 / 3600.0});
     double c = std::cos(lat1 / 3600.0 * kPi / 180.0);
     double lon2 = lon1 + (q.x - first.x) * 1296000.0 / (kEquatorFeet * c);

@@ -13,6 +13,7 @@
 #include "geometry/planar.h"
 #include "kit/csv_table.h"
 #include "kit/kit.h"
+#include "script/geo_parse.h"
 #include "script/script_network.h"
 
 namespace bgr::kit {
@@ -28,13 +29,6 @@ struct Options {
   double runwayWidth = 150;
 };
 
-std::string Angle(double degrees, char positive, char negative) {
-  double a = std::fabs(degrees) * 3600;
-  int d = static_cast<int>(a / 3600), m = static_cast<int>((a - d * 3600.0) / 60);
-  char text[64];
-  std::snprintf(text, sizeof text, "%c%d:%d:%.4f", degrees < 0 ? negative : positive, d, m, a - d * 3600.0 - m * 60.0);
-  return text;
-}
 
 // A script field holds no blank; an empty one would shift the fields behind it.
 std::string Field(std::string text) {
@@ -134,8 +128,8 @@ int Runways(const Options& o) {
     std::snprintf(text, sizeof text, "RWY %s %s %s %s %d %d %s %s %s %s\n", Field(get(column[kLeIdent])).c_str(),
                   Field(get(column[kHeIdent])).c_str(), Field(get(column[kSurface])).c_str(), Field(ident).c_str(),
                   static_cast<int>(std::min(length, 1e6)), static_cast<int>(std::min(width, 1e6)),
-                  Angle(lat1, 'N', 'S').c_str(), Angle(lon1, 'E', 'W').c_str(), Angle(lat2, 'N', 'S').c_str(),
-                  Angle(lon2, 'E', 'W').c_str());
+                  FormatLatitude(lat1).c_str(), FormatLongitude(lon1).c_str(), FormatLatitude(lat2).c_str(),
+                  FormatLongitude(lon2).c_str());
     script += text;
     ++lines;
   }

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "script/geo_parse.h"
+
 namespace bgr::kit {
 namespace {
 
@@ -41,3 +45,25 @@ TEST(Osm, RunwayEndsFollowTheBearing) {
 
 }  // namespace
 }  // namespace bgr::kit
+
+namespace bgr {
+namespace {
+
+// What a script is written with reads back within a tenth of a thousandth of
+// an arc-second, in every quarter of the globe.
+TEST(Osm, PositionsReadBackAsWritten) {
+  for (double degrees : {0.0, 35.857498, -33.9461, 47.4490010, -122.308998, 179.99999999, -0.00001}) {
+    double lat = 0, lon = 0;
+    if (std::fabs(degrees) <= 90) {
+      EXPECT_EQ(ParseLatitude(FormatLatitude(degrees), &lat), 1);
+      EXPECT_NEAR(lat, degrees * 3600, 0.00005 + 1e-9) << FormatLatitude(degrees);
+    }
+    EXPECT_EQ(ParseLongitude(FormatLongitude(degrees), &lon), 1);
+    EXPECT_NEAR(lon, degrees * 3600, 0.00005 + 1e-9) << FormatLongitude(degrees);
+  }
+  EXPECT_EQ(FormatLatitude(35.5), "N35:30:0.0000");
+  EXPECT_EQ(FormatLongitude(-122.25), "W122:15:0.0000");
+}
+
+}  // namespace
+}  // namespace bgr
