@@ -20,6 +20,8 @@ int RunKit(int argc, const char* const* argv) {
   CLI::App app{"bgrkit: companion tools for bgrtool's airport networks"};
   app.name("bgrkit");
   app.require_subcommand(0, 1);
+  // a path that begins with a slash is a file, on Windows too, not an option
+  app.allow_windows_style_options(false);
   std::function<int()> work;
   std::vector<std::pair<CLI::App*, std::function<int()>>> commands;
   for (const Subcommand& sub : Subcommands()) {
