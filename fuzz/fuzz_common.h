@@ -7,8 +7,10 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "formats/bgr_file.h"
 #include "frame/run_context.h"
@@ -44,6 +46,25 @@ inline const std::string& WorkDir() {
 }
 
 using Run = bgr::QuietRun;
+
+}  // namespace bgrfuzz
+
+// The targets work in a folder of their own that goes when the process ends, so
+// a crash file is written where the fuzzer was started unless a prefix is named.
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
+  for (int i = 1; i < *argc; ++i)
+    if (std::strncmp((*argv)[i], "-artifact_prefix=", 17) == 0) return 0;
+  static std::string prefix = "-artifact_prefix=" + std::filesystem::current_path().string() + "/";
+  static std::vector<char*> args;
+  args.assign(*argv, *argv + *argc);
+  args.insert(args.begin() + 1, prefix.data());
+  args.push_back(nullptr);
+  *argv = args.data();
+  ++*argc;
+  return 0;
+}
+
+namespace bgrfuzz {
 
 inline std::string WriteInput(const char* name, const std::uint8_t* data, std::size_t size) {
   std::string path = WorkDir() + "/" + name;

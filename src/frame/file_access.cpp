@@ -59,7 +59,15 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
 
 Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::string_view mode) {
   part.clear();
-  if (platform::KindOf(name) == platform::PathKind::kDevice) return WrapFileOpen(ctx, name, mode);
+  platform::PathKind kind = platform::KindOf(name);
+  if (kind == platform::PathKind::kDevice) return WrapFileOpen(ctx, name, mode);
+  // what an open of the name itself would refuse (a folder, a FIFO, a read-only
+  // file) is refused now, in the open's own words, before any work is done
+  if (kind == platform::PathKind::kDirectory || kind == platform::PathKind::kOther) return WrapFileOpen(ctx, name, mode);
+  if (kind == platform::PathKind::kRegular && !platform::Writable(name)) {
+    ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
+    return {};
+  }
   std::string beside = platform::PartNameBeside(name);
   Stream stream(platform::OpenFile(beside, "wb"));
   if (stream) {

@@ -241,6 +241,16 @@ void UseBinaryStdio() {
 #endif
 }
 
+bool Writable(std::string_view path) {
+  std::string native = NativePath(path);
+#if defined(_WIN32)
+  DWORD attributes = ::GetFileAttributesA(native.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) == 0;
+#else
+  return ::access(native.c_str(), W_OK) == 0;
+#endif
+}
+
 bool SameFile(std::string_view a, std::string_view b) {
   std::error_code ec;
   return fs::equivalent(NativePath(a), NativePath(b), ec) && !ec;

@@ -28,6 +28,10 @@ std::FILE* OpenFile(std::string_view path, const char* mode);
 // Standard output and error carry bytes as they are (no CR before LF on Windows).
 void UseBinaryStdio();
 
+// An existing file at the path that an open for writing would accept (not
+// marked read-only, or this user may write it anyway).
+bool Writable(std::string_view path);
+
 // Both paths name one existing file, however they are spelled.
 bool SameFile(std::string_view a, std::string_view b);
 

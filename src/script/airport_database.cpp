@@ -73,12 +73,9 @@ std::int32_t AirportDatabase::FieldOffset(std::string_view tag, std::int32_t* si
   std::int32_t index = fields_.FindPrefix(tag, 4);
   if (index < 0) return 0;
   std::string entry = fields_.Get(index);
-  char fieldTag[5] = {};
-  int offset = 0, fieldSize = *size;
-  char type = 0;
-  std::sscanf(entry.c_str(), "%4c,%d,%d,%c", fieldTag, &offset, &fieldSize, &type);
-  *size = fieldSize;
-  return offset;
+  std::sscanf(entry.c_str(), "%4c,%d,%d,%c", fieldTag_, &fieldOffset_, &fieldSize_, &fieldType_);
+  *size = fieldSize_;
+  return fieldOffset_;
 }
 
 double AirportDatabase::Field(std::uint32_t record, std::int32_t offset) const {

@@ -58,6 +58,10 @@ class AirportDatabase {
   std::uint32_t recordSize_ = 0;
   std::uint32_t recordCount_ = 0;
   std::int32_t aica_ = kNoField, alat_ = kNoField, alon_ = kNoField;
+  // The last dbt entry parsed: a field that doesn't parse keeps the value before it.
+  char fieldTag_[4] = {};
+  std::int32_t fieldOffset_ = 0, fieldSize_ = 0;
+  char fieldType_ = 0;
   // Records by cells of 300 arc-seconds, more than the reach: a search looks
   // at the 3 by 3 cells round its position. Records with a position outside
   // the usual ranges, and searches from there, take the plain walk.

@@ -262,7 +262,8 @@ class SnapReachIndex {
   }
 
   void Update(std::int32_t e) {
-    if (job_.Edge(e).type != kTaxiway) return;
+    // an edge of the same snap that is not in yet is placed by its own Split
+    if (static_cast<std::size_t>(e) >= discs_.size() || job_.Edge(e).type != kTaxiway) return;
     Remove(e);
     Place(e);
   }

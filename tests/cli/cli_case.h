@@ -32,6 +32,8 @@ inline CliCase Failing(std::string name, std::vector<std::string> args, FileList
   return {std::move(name), std::move(args), std::move(files), "ERROR: " + error + "\n", 0, std::move(before),
           std::move(keep), std::move(absent)};
 }
+// The report line of an output that can't be opened where it must stand.
+inline std::string NotWritten(const std::string& name) { return "INFO: WrapFileOpen(" + name + ", [00] wb) failed"; }
 // The report line of a file that can't be opened for reading.
 inline std::string NotOpened(const std::string& name) { return "INFO: WrapFileOpen(" + name + ", [00] rb) failed"; }
 

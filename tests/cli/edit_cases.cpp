@@ -56,6 +56,32 @@ void MoveAndDelete(std::vector<CliCase>& cases) {
   cases.push_back(Failing("mv onto its own source under another case is refused", {"-mv1", "a.bgr", "A.BGR"},
                           {{"a.bgr", Triangle()}}, "BgrMove source and destination are the same file 'A.BGR'", {},
                           {{"a.bgr", Triangle()}}));
+  // an output that can't be opened is named before the copy, which still runs through the source
+  {
+    BgrBuilder one;
+    one.Origin(0, 0).Node(1, 0, 2).End();
+    CliCase c = Failing("mv onto a folder is refused before the copy, which still echoes", {"-mv100:0", "-pr1", "a.bgr", "b.bgr"},
+                        {{"a.bgr", one.data}, {"b.bgr/keep", "k"}}, "BgrMove dest file 'b.bgr' not openable",
+                        {NotWritten("b.bgr")}, {{"a.bgr", one.data}, {"b.bgr/keep", "k"}});
+    // the origin's bytes are dumped, the moved node's values printed
+    for (int i = 0; i < 24; ++i) c.out += " 00";
+    c.out += " 01 00 00 00<vloc> (0) 1.000000 0.000000 102.000000\n";
+    cases.push_back(c);
+  }
+  {
+    CliCase c = Failing("de onto a folder still names the edges it would delete", {"-de2", "a.bgr", "b.bgr"},
+                        {{"a.bgr", Triangle()}, {"b.bgr/keep", "k"}}, "BgrMove dest file 'b.bgr' not openable",
+                        {NotWritten("b.bgr")}, {{"b.bgr/keep", "k"}});
+    c.out += "Deleted 1 2\nDeleted 2 0\n";
+    cases.push_back(c);
+  }
+  {
+    CliCase c = Failing("de into a missing folder still names the edges it would delete", {"-de0:1", "a.bgr", "no/b.bgr"},
+                        {{"a.bgr", Triangle()}}, "BgrMove dest file 'no/b.bgr' not openable", {NotWritten("no/b.bgr")},
+                        {{"a.bgr", Triangle()}}, {"no"});
+    c.out += "Deleted 0 1\nDeleted 1 0\n";
+    cases.push_back(c);
+  }
   cases.push_back({"de deletes the edges between two nodes either way", {"-de0:1", "a.bgr", "b.bgr"},
                    {{"a.bgr", Triangle()}}, "Deleted 0 1\nDeleted 1 0\n", 1, {}, {{"b.bgr", TriangleWithEdges({2, 3})}}});
   cases.push_back({"de with one node deletes all its edges", {"-de2", "a.bgr", "b.bgr"}, {{"a.bgr", Triangle()}},

@@ -31,6 +31,12 @@ std::vector<CliCase> Cases() {
     cases.push_back({"txd writes edges, then nodes, beside the source", {"-txd", "net.bgr"}, {{"net.bgr", Network()}},
                      "", 1, {}, {{"net.txd", txd.data}}});
   }
+  cases.push_back(Failing("txd onto a folder is refused at the open", {"-txd", "net.bgr"},
+                          {{"net.bgr", Network()}, {"net.txd/keep", "k"}}, "BgrTxd dest file 'net.txd' not openable",
+                          {NotWritten("net.txd")}, {{"net.txd/keep", "k"}}));
+  cases.push_back(Failing("txp0 onto a folder is refused at the open", {"-txp0", "net.bgr"},
+                          {{"net.bgr", Network()}, {"net.txp/keep", "k"}}, "BgrTxp dest file 'net.txp' not openable",
+                          {NotWritten("net.txp")}, {{"net.txp/keep", "k"}}));
   // a failed export leaves the file of its name as it was
   cases.push_back(Failing("txd of a missing source leaves the old export", {"-txd", "x.bgr"}, {{"x.txd", "old"}},
                           "BgrTxd source file 'x.bgr' not found", {NotOpened("x.bgr")}, {{"x.txd", "old"}}));
@@ -43,17 +49,20 @@ std::vector<CliCase> Cases() {
     txp.Long(3).Long(0).Long(1).Long(2).Tag(kEnd).Tag(kEnd);
     cases.push_back({"txp writes the vertex pool and one polygon", {"-txp", "net.bgr"}, {{"net.bgr", Network()}}, "",
                      1, {}, {{"net.txp", txp.data}}});
-    cases.push_back({"txp echoes origin and vertices a line each with values on",
-                     {"-txp", "-pr1", "net.bgr"},
-                     {{"net.bgr", Network()}},
-                     " 171000.500000 -441000.250000 9.000000 1\n 10.000000 1.000000 20.000000\n"
-                     " -30.000000 2.000000 5.500000\n 7.000000 3.000000 8.000000\n"
-                     // the edges' words between their tags are dumped as bytes
-                     " 00 00 00 00 01 00 00 00 0F 00 C8 42 01 00 00 00"
-                     " 02 00 00 00 01 00 00 00 01 00 08 42 00 00 00 00",
-                     1,
-                     {},
-                     {{"net.txp", txp.data}}});
+    const std::string echo =
+        " 171000.500000 -441000.250000 9.000000 1\n 10.000000 1.000000 20.000000\n"
+        " -30.000000 2.000000 5.500000\n 7.000000 3.000000 8.000000\n"
+        // the edges' words between their tags are dumped as bytes
+        " 00 00 00 00 01 00 00 00 0F 00 C8 42 01 00 00 00"
+        " 02 00 00 00 01 00 00 00 01 00 08 42 00 00 00 00";
+    cases.push_back({"txp echoes origin and vertices a line each with values on", {"-txp", "-pr1", "net.bgr"},
+                     {{"net.bgr", Network()}}, echo, 1, {}, {{"net.txp", txp.data}}});
+    // a folder in the export's place is named at the open; the values still echo
+    CliCase onFolder = Failing("txp onto a folder still echoes its values", {"-txp", "-pr1", "net.bgr"},
+                               {{"net.bgr", Network()}, {"net.txp/keep", "k"}}, "BgrTxp dest file 'net.txp' not openable",
+                               {NotWritten("net.txp")}, {{"net.txp/keep", "k"}});
+    onFolder.out += echo;
+    cases.push_back(onFolder);
   }
   {
     Bytes txp;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 
 #include "cli/cli_case.h"
 #include "support/airport_db.h"
@@ -199,6 +200,24 @@ std::vector<CliCase> Cases() {
     nz.Origin(150000, 647990).Node(x, 0, 0).Node(x + 100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
     cases.push_back(Script("the search for an airport crosses the 180th meridian",
                            With(db, {{"s.txt", Ref(150000, -647990) + line}}), {{"DATA/NZXX.BGR", nz.data}}));
+  }
+  {
+    // records of latitude, code, longitude; the dbt's latitude entry stops after its
+    // tag, so the latitude is read where the code lies: a position next to 0
+    Bytes dbd;
+    dbd.Long(0).Long(0).Long(0).Long(0).Long(1).Long(24);
+    for (int i = 0; i < 8; ++i) dbd.Long(0);
+    const std::string code("LMMX\0\0\0\0", 8);
+    dbd.Double(kLatA).Raw(code).Double(kLonA);
+    double codeAsLat = 0;
+    std::memcpy(&codeAsLat, code.data(), sizeof codeAsLat);
+    BgrBuilder bgr;
+    bgr.Origin(codeAsLat, kLonA).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
+    cases.push_back(Script("a dbt entry that doesn't parse keeps the offset parsed before it",
+                           With({{"DATABASE/AIRPORT.DBD", dbd.data},
+                                 {"DATABASE/AIRPORT.dbt", "alatitude\naica,8,8,C\nalon,16,8,N\n"}},
+                                {{"s.txt", Ref(0, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
+                           {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(0, kLonA)}}));
   }
   cases.push_back({"a script that can't be opened fails and writes nothing", {"-tenone.txt"}, db, "", 0,
                    {"INFO: WrapFileOpen(none.txt, [00] r) failed", "INFO: WrapFileOpen(excllist.txt, [00] r) failed"},

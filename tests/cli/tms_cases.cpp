@@ -94,6 +94,18 @@ std::vector<CliCase> Cases() {
     BgrBuilder out;
     out.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 0).Node(-200, 0, 0).Node(200, 0, 0);
     out.Edge(0, 1, kWidth150, 0, 0).Edge(2, 3, kWidth75, 0, 1).End();
+    // a folder in the tile file's place: the open says so in the report alone, and the job goes on
+    cases.push_back({"a folder named as the tile file is left alone and the network still written back",
+                     {"-tm", "sq.bgr"},
+                     {{"sq.bgr", in.data}, {"sq.TMS/keep", "k"}},
+                     Progress("Load(sq.bgr) points=4 edges=2", 1, "sq.TMS"),
+                     1,
+                     [] {
+                       auto r = NoPly("sq.PLY");
+                       r.push_back(NotWritten("sq.TMS"));
+                       return r;
+                     }(),
+                     {{"sq.bgr", out.data}, {"sq.TMS/keep", "k"}}});
     cases.push_back({"a taxiway end is snapped on to the runway and written back",
                      {"-tm", "sq.bgr"},
                      {{"sq.bgr", in.data}},
