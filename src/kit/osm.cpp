@@ -660,7 +660,7 @@ class AirportBuilder {
     std::string text = DrawTaxiways(kept);
     bool tiles = TilesFit();
     for (; !tiles && tolerance < kCurveTolerance; ++steps) {
-      tolerance = tolerance == 0 ? 0.5 : tolerance * 2;
+      tolerance = tolerance == 0 ? 0.5 : tolerance * 4;  // each trial tiles the whole airport: few of them
       tables = Thin(tolerance, kept);
       text = DrawTaxiways(kept);
       tiles = TilesFit();
@@ -687,7 +687,7 @@ class AirportBuilder {
       }
       if (inFull.empty()) break;
       std::sort(inFull.begin(), inFull.end());
-      std::size_t batch = std::max<std::size_t>(1, inFull.size() / 8);
+      std::size_t batch = std::max<std::size_t>(1, inFull.size() / 4);
       for (std::size_t k = 0; k < batch; ++k) {
         std::size_t i = inFull[k].second;
         kept[i].clear();
