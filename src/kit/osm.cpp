@@ -284,7 +284,9 @@ std::string Opposite(std::string_view d) {
   char text[16];
   std::snprintf(text, sizeof text, "%02d", (n + 17) % 36 + 1);
   std::string out = text;
-  std::string_view suffix = d.substr(std::min<std::size_t>(d.size(), n >= 10 || d.size() > 1 ? 2 : 1));
+  std::size_t digits = 0;
+  while (digits < d.size() && digits < 2 && std::isdigit(static_cast<unsigned char>(d[digits]))) ++digits;
+  std::string_view suffix = d.substr(digits);
   if (suffix == "L") out += "R";
   else if (suffix == "R") out += "L";
   else out += suffix;
@@ -895,7 +897,8 @@ bool Wanted(const OsmOptions& o, Aerodrome& a, std::vector<bool>& used) {
     used[i] = true;
     if (!code.empty()) a.code = code;
     if (a.code.empty()) {
-      // an aerodrome without a code, named by its id: the id's last four digits
+      // an aerodrome without a code, named by its id: X and the id's last three
+      // digits, a four-character code that -te keeps
       std::string digits = a.osmId.substr(a.osmId.find('/') + 1);
       a.code = "X" + digits.substr(digits.size() > 3 ? digits.size() - 3 : 0);
     }
