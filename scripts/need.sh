@@ -28,6 +28,12 @@ need_packages() {
         [ -f /usr/include/zlib.h ] || missing+=(zlib1g-dev)
         [ -f /usr/include/bzlib.h ] || missing+=(libbz2-dev)
         [ -f /usr/include/expat.h ] || missing+=(libexpat1-dev)
+        [ -f /usr/share/javascript/leaflet/leaflet.js ] || missing+=(libjs-leaflet)
+        ;;
+      browser)
+        command -v chromium >/dev/null || missing+=(chromium)
+        command -v chromedriver >/dev/null || missing+=(chromium-driver)
+        /usr/bin/python3 -c 'import selenium' 2>/dev/null || missing+=(python3-selenium)
         ;;
     esac
   done

@@ -13,6 +13,7 @@ std::vector<Subcommand> Subcommands() {
       {"check", "find what is wrong with a network and its PLY companion before -tm does", SetupCheck},
       {"osm", "airport scripts and an airports table from OpenStreetMap data (.osm.pbf, .osm)", SetupOsm},
       {"runways", "RWY lines of an airport script from the OurAirports runways table", SetupRunways},
+      {"view", "write one HTML page to pan and zoom a network, its tiles and check's findings", SetupView},
   };
 }
 

@@ -57,5 +57,6 @@ std::function<int()> SetupRender(CLI::App& command);
 std::function<int()> SetupCheck(CLI::App& command);
 std::function<int()> SetupOsm(CLI::App& command);
 std::function<int()> SetupRunways(CLI::App& command);
+std::function<int()> SetupView(CLI::App& command);
 
 }  // namespace bgr::kit
