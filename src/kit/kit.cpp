@@ -13,6 +13,8 @@ std::vector<Subcommand> Subcommands() {
       {"makedb", "build the airport database (DBD and dbt) from a CSV of airports", SetupMakeDb},
       {"render", "draw a network, its PLY companion and its tiles as SVG or PNG", SetupRender},
       {"check", "find what is wrong with a network and its PLY companion before -tm does", SetupCheck},
+      {"osm", "airport scripts and an airports table from OpenStreetMap data (.osm.pbf, .osm)", SetupOsm},
+      {"runways", "RWY lines of an airport script from the OurAirports runways table", SetupRunways},
       {"view", "write one HTML page to pan and zoom a network, its tiles and check's findings", SetupView},
   };
 }
@@ -22,6 +24,8 @@ int RunKit(int argc, const char* const* argv) {
   app.name("bgrkit");
   app.require_subcommand(0, 1);
   app.set_version_flag("--version", std::string("bgrkit") + kVersion);
+  // a path that begins with a slash is a file, on Windows too, not an option
+  app.allow_windows_style_options(false);
   std::function<int()> work;
   std::vector<std::pair<CLI::App*, std::function<int()>>> commands;
   for (const Subcommand& sub : Subcommands()) {

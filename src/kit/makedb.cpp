@@ -6,8 +6,6 @@
 //        the latitude and the longitude as little-endian doubles in
 //        arc-seconds, north and east positive, the longitude from 0 to 1296000.
 //   dbt: one line a field, "tag,offset,size,type": aica, alat, alon.
-#include <csv.h>
-
 #include <CLI/CLI.hpp>
 #include <bit>
 #include <cmath>
@@ -18,6 +16,7 @@
 
 #include "frame/file_access.h"
 #include "frame/text.h"
+#include "kit/csv_table.h"
 #include "kit/kit.h"
 
 namespace bgr::kit {
@@ -34,58 +33,6 @@ struct Options {
   std::string codeColumn, latColumn, lonColumn;
   bool codeGiven = false, latGiven = false, lonGiven = false;  // named on the command line
 };
-
-// Rows of a CSV file as libcsv hands them over.
-struct Table {
-  std::vector<std::string> row;
-  std::vector<std::vector<std::string>> rows;
-  static void Field(void* text, std::size_t length, void* self) {
-    static_cast<Table*>(self)->row.emplace_back(static_cast<const char*>(text), length);
-  }
-  static void End(int, void* self) {
-    auto* t = static_cast<Table*>(self);
-    t->rows.push_back(std::move(t->row));
-    t->row.clear();
-  }
-};
-
-bool ReadCsv(const std::string& path, Table& table, std::string& error) {
-  std::FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) {
-    error = "cannot read '" + path + "': " + std::strerror(errno);
-    return false;
-  }
-  csv_parser parser;
-  csv_init(&parser, CSV_APPEND_NULL);
-  char buffer[65536];
-  std::size_t n;
-  bool ok = true;
-  while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) {
-    if (csv_parse(&parser, buffer, n, Table::Field, Table::End, &table) != n) {
-      error = "'" + path + "' is no CSV: " + csv_strerror(csv_error(&parser));
-      ok = false;
-      break;
-    }
-  }
-  if (ok && std::ferror(f)) {
-    error = "cannot read '" + path + "'";
-    ok = false;
-  }
-  if (ok) csv_fini(&parser, Table::Field, Table::End, &table);
-  csv_free(&parser);
-  std::fclose(f);
-  return ok;
-}
-
-// The first of the names that the header has, or -1.
-int Column(const std::vector<std::string>& header, const std::vector<std::string>& names) {
-  for (const std::string& name : names) {
-    for (std::size_t i = 0; i < header.size(); ++i) {
-      if (CompareNoCase(header[i], name) == 0) return static_cast<int>(i);
-    }
-  }
-  return -1;
-}
 
 // "ident,gps_code": names tried in order.
 std::vector<std::string> SplitNames(const std::string& text) {
@@ -113,14 +60,6 @@ void TellDuplicates(const std::map<std::string, std::vector<std::size_t>>& lines
   if (doubled == 0) return;
   std::cerr << "bgrkit makedb: " << doubled << (doubled == 1 ? " code stands" : " codes stand")
             << " on more than one row, and each row is kept:" << shown << (doubled > kShownBadRows ? ", ...\n" : "\n");
-}
-
-// A whole field that is a finite number.
-bool Number(const std::string& text, double* out) {
-  if (text.empty()) return false;
-  char* end = nullptr;
-  *out = std::strtod(text.c_str(), &end);
-  return end == text.c_str() + text.size() && std::isfinite(*out);
 }
 
 void PutWord(std::string& bytes, std::uint32_t v) {
