@@ -43,7 +43,10 @@ class RunContext {
               std::int32_t longNumber = 0, std::string_view text2 = "");
   // The lines of a fatal stop: the report and the console, then the console alone.
   void ReportFatalLines(const FatalStop& stop);
-  // Report, once a run for each format however often its cause comes back.
+  // True the first time 'key' is raised in this run: for what is said once a
+  // run, however often its cause comes back.
+  bool FirstTime(std::string_view key) { return raised_.emplace(key).second; }
+  // Report, once a run for each format.
   void ReportOnce(std::string_view format, std::string_view text = "", std::int16_t shortNumber = 0,
                   std::int32_t longNumber = 0, std::string_view text2 = "");
   void ReportEnd();
@@ -62,7 +65,7 @@ class RunContext {
   bool reportToConsole_ = true;
   bool reportBusy_ = false;
   std::int64_t startClock_ = 0;
-  std::set<std::string, std::less<>> reportedOnce_;
+  std::set<std::string, std::less<>> raised_;
 };
 
 // A run whose console and report stay in memory: for reading files through the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "formats/network_content.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
@@ -61,6 +62,7 @@ std::int32_t TmsJob::Load(std::string_view file) {
   if (!read) {
     result_ = 0;
     ctx_.Report("BgrTms source file '%s' not found", file);
+    TellWhatStandsInstead(ctx_, file);
   }
   return result_;
 }
