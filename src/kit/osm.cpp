@@ -721,7 +721,7 @@ class AirportBuilder {
     {
       TaxiwayList network(run.ctx);
       AirportDatabase none(run.ctx);
-      ScriptNetwork pen(network, none);
+      ScriptNetwork pen(run.ctx, network, none);
       network.shiftX = frame_.shiftX;
       network.shiftZ = frame_.shiftZ;
       for (const TrialRunway& r : trialRunways_) {
