@@ -596,14 +596,17 @@ class AirportBuilder {
         keeps_[i].push_back(uses[id] >= 2 || runwayNodes.count(id) > 0);
       }
     }
+    mapChains_ = chains_;
   }
 
   // The points kept of every piece at 'tolerance' (0: all), and whether they
   // fit a network's tables beside the runways.
-  bool Thin(double tolerance, std::vector<std::vector<std::size_t>>& kept) const {
+  bool Thin(double tolerance, std::vector<std::vector<std::size_t>>& kept) {
     std::set<std::int64_t> points;
     std::size_t edges = 0;
     kept.assign(pieces_.size(), {});
+    chains_ = mapChains_;  // each trial separates the map's own positions
+    nudged_.clear();
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
       if (tolerance == 0) {
         kept[i].resize(chains_[i].size());
@@ -611,10 +614,112 @@ class AirportBuilder {
       } else {
         kept[i] = SimplifyChain(chains_[i], keeps_[i], tolerance);
       }
+    }
+    Separate(kept);
+    for (std::size_t i = 0; i < pieces_.size(); ++i) {
       edges += kept[i].size() - 1;
       for (std::size_t k : kept[i]) points.insert(pieces_[i].way->nodes[pieces_[i].at[k]]);
     }
     return points.size() <= kMaxPoints - 2 * written_ && edges <= kMaxEdges - written_;
+  }
+
+  // -te makes one point of all that lie within its merge reach on both axes, so
+  // two map nodes that close would become a junction the map doesn't have: a
+  // way's own vertex (not shared, not an end) that close to another kept node
+  // is dropped where the line stays within kCurveTolerance of the map without
+  // it; two that must both stay are moved apart along one axis, less than that.
+  void Separate(std::vector<std::vector<std::size_t>>& kept) {
+    struct Spot {
+      std::int32_t x, z;
+      std::int64_t node;
+      std::size_t piece, k;  // k indexes the piece's chain
+    };
+    std::vector<std::vector<bool>> alive(pieces_.size());
+    for (std::size_t i = 0; i < pieces_.size(); ++i) {
+      alive[i].assign(chains_[i].size(), false);
+      for (std::size_t k : kept[i]) alive[i][k] = true;
+    }
+    // how far the line strays from the map without chain point k: inf where it must stay
+    auto stray = [&](const Spot& s) {
+      const auto& chain = chains_[s.piece];
+      const auto& live = alive[s.piece];
+      if (keeps_[s.piece][s.k] || !live[s.k]) return HUGE_VAL;
+      std::size_t a = s.k, b = s.k;
+      while (a > 0 && !live[--a]) {}
+      while (b + 1 < chain.size() && !live[++b]) {}
+      if (a == s.k || b == s.k || !live[a] || !live[b]) return HUGE_VAL;
+      double worst = 0;
+      for (std::size_t j = a + 1; j < b; ++j) worst = std::max(worst, SegmentPointDistance(chain[a], chain[b], chain[j]));
+      return worst;
+    };
+    constexpr std::int64_t kCell = kMergeFeet + 1;
+    auto cellOf = [&](std::int64_t x, std::int64_t z) {
+      return (x >= 0 ? x / kCell : (x + 1) / kCell - 1) * 4000000 + (z >= 0 ? z / kCell : (z + 1) / kCell - 1);
+    };
+    std::size_t dropped = 0;
+    std::set<std::pair<std::int64_t, std::int64_t>> joined;
+    for (int round = 0; round < 4; ++round) {
+      std::vector<Spot> spots;
+      std::unordered_map<std::int64_t, std::vector<std::size_t>> cells;
+      for (std::size_t i = 0; i < pieces_.size(); ++i)
+        for (std::size_t k = 0; k < chains_[i].size(); ++k) {
+          if (!alive[i][k]) continue;
+          const PlanePoint& p = chains_[i][k];
+          Spot s{Stored(p.x, frame_.shiftX), Stored(p.z, frame_.shiftZ), pieces_[i].way->nodes[pieces_[i].at[k]], i, k};
+          cells[cellOf(s.x, s.z)].push_back(spots.size());
+          spots.push_back(s);
+        }
+      joined.clear();
+      std::set<std::int64_t> movedNow;
+      for (const Spot& s : spots) {
+        for (std::int64_t dx = -1; dx <= 1; ++dx)
+          for (std::int64_t dz = -1; dz <= 1; ++dz) {
+            auto cell = cells.find(cellOf(s.x + dx * kCell, s.z + dz * kCell));
+            if (cell == cells.end()) continue;
+            for (std::size_t other : cell->second) {
+              const Spot& t = spots[other];
+              if (t.node == s.node || std::llabs(std::int64_t{t.x} - s.x) > kMergeFeet ||
+                  std::llabs(std::int64_t{t.z} - s.z) > kMergeFeet || !alive[s.piece][s.k] ||
+                  !alive[t.piece][t.k] || movedNow.count(s.node) || movedNow.count(t.node))
+                continue;
+              double ds = stray(s), dt = stray(t);
+              if (std::min(ds, dt) <= kCurveTolerance) {
+                const Spot& gone = ds <= dt ? s : t;
+                alive[gone.piece][gone.k] = false;
+                ++dropped;
+                continue;
+              }
+              const Spot* mover = !nudged_.count(t.node) ? &t : !nudged_.count(s.node) ? &s : nullptr;
+              if (!mover) {
+                joined.insert({std::min(s.node, t.node), std::max(s.node, t.node)});
+                continue;
+              }
+              const Spot& still = mover == &t ? s : t;
+              Nudge(mover->node, chains_[mover->piece][mover->k], chains_[still.piece][still.k]);
+              movedNow.insert(mover->node);
+            }
+          }
+      }
+      if (movedNow.empty()) break;
+    }
+    for (std::size_t i = 0; i < pieces_.size(); ++i)
+      std::erase_if(kept[i], [&](std::size_t k) { return !alive[i][k]; });
+    separated_ = dropped;
+    joined_ = joined.size();
+  }
+
+  // Moves a node, in every piece that holds it, along the axis on which it lies
+  // farthest from 'other' until -te's whole feet hold them apart on that axis.
+  void Nudge(std::int64_t node, PlanePoint at, PlanePoint other) {
+    constexpr double kApart = kMergeFeet + 2.5;  // whole feet cut toward zero may lose up to 2
+    double dx = at.x - other.x, dz = at.z - other.z;
+    bool alongX = std::fabs(dx) >= std::fabs(dz);
+    double gap = alongX ? dx : dz;
+    double shift = (gap < 0 ? -1 : 1) * kApart - gap;
+    nudged_[node] = std::fabs(shift);
+    for (std::size_t i = 0; i < pieces_.size(); ++i)
+      for (std::size_t k = 0; k < chains_[i].size(); ++k)
+        if (pieces_[i].way->nodes[pieces_[i].at[k]] == node) (alongX ? chains_[i][k].x : chains_[i][k].z) += shift;
   }
 
   std::string DrawTaxiways(const std::vector<std::vector<std::size_t>>& kept) {
@@ -663,7 +768,8 @@ class AirportBuilder {
     std::string text = DrawTaxiways(kept);
     bool tiles = TilesFit();
     for (; !tiles && tolerance < kCurveTolerance; ++steps) {
-      tolerance = tolerance == 0 ? 0.5 : tolerance * 4;  // each trial tiles the whole airport: few of them
+      // each trial tiles the whole airport: few of them, and none beyond the stated tolerance
+      tolerance = std::min(kCurveTolerance, tolerance == 0 ? 0.5 : tolerance * 4);
       tables = Thin(tolerance, kept);
       text = DrawTaxiways(kept);
       tiles = TilesFit();
@@ -704,6 +810,19 @@ class AirportBuilder {
       for (const std::string& d : dropped) list += " " + d;
       Note(std::to_string(dropped.size()) + " short taxiway pieces left out where -tm's tiles were full:" + list);
     }
+    if (separated_)
+      Note(std::to_string(separated_) + " taxiway vertices within " + std::to_string(kMergeFeet) +
+           " ft of another way's node are left out (the lines stay within " + Feet(kCurveTolerance) +
+           " ft of the map) so that -te doesn't join them");
+    if (!nudged_.empty()) {
+      double most = 0;
+      for (const auto& [node, feet] : nudged_) most = std::max(most, feet);
+      Note(std::to_string(nudged_.size()) + " taxiway junctions within " + std::to_string(kMergeFeet) +
+           " ft of another are moved apart by up to " + Feet(most) + " ft so that -te keeps them apart");
+    }
+    if (joined_)
+      Note(std::to_string(joined_) + " pairs of taxiway nodes lie within " + std::to_string(kMergeFeet) +
+           " ft of each other: -te makes one point of each");
     if (!tables) Note("the taxiways don't fit a network even so: -te will leave out what lies beyond its tables");
     if (!tiles) Note("the tiles don't hold the airport even so: -tm will report a full table");
     return text;
@@ -854,7 +973,7 @@ class AirportBuilder {
   std::string csvPosition_, refLine_;
   std::vector<Runway> runways_;
   std::vector<Piece> pieces_;
-  std::vector<std::vector<PlanePoint>> chains_;
+  std::vector<std::vector<PlanePoint>> chains_, mapChains_;  // as written, as the map has them
   std::vector<std::vector<bool>> keeps_;
   std::vector<TrialRunway> trialRunways_;
   std::vector<TrialStep> trialTaxiways_;
@@ -862,6 +981,8 @@ class AirportBuilder {
   std::vector<Box> fullTiles_;  // of the last trial
   std::vector<std::string> notes_;
   std::size_t written_ = 0, taxiwayWays_ = 0, taxiwayEdges_ = 0, apronCount_ = 0, polygons_ = 0;
+  std::size_t separated_ = 0, joined_ = 0;  // of the last Separate
+  std::map<std::int64_t, double> nudged_;   // node: how far Separate moved it
 };
 
 // The reference point: the middle of everything the aerodrome holds, so that
