@@ -327,6 +327,42 @@ TEST(Kit, OsmWritesScriptsAndNamesWhatItLeavesOut) {
   EXPECT_NE(none.err.find("no aerodrome EGLL"), std::string::npos) << none.err;
 }
 
+// Map nodes closer than -te's 5 ft merge: a crossing drawn without a shared
+// node, and two junctions 4 ft apart. The network has the map's two junctions
+// and no third where the crossing lies.
+TEST(Kit, OsmKeepsApartWhatTheMergeWouldJoin) {
+  NEED_OSM_XML();
+  SmallMap m;
+  m.Node(1, 0, 0, Tag("aeroway", "aerodrome") + Tag("icao", "LMXX"));
+  std::string taxiway = Tag("aeroway", "taxiway");
+  m.Node(50, 0, 0).Node(51, 0, 3).Node(52, 0, 6).Node(53, -3, 3.05).Node(54, 0.05, 3.05).Node(55, 3, 3.05);
+  m.Way(500, {50, 51, 52}, taxiway).Way(501, {53, 54, 55}, taxiway);  // 51 and 54 lie 2 ft apart
+  m.Node(60, -6, 0).Node(61, -6, 3).Node(62, -6, 6).Node(63, -9, 3);
+  m.Node(66, -6.1, 3.05).Node(67, -9, 6).Node(68, -9, 9).Node(69, -3, 6);
+  m.Way(502, {60, 61, 62}, taxiway).Way(503, {61, 63}, taxiway);  // junction 61
+  m.Way(505, {67, 66, 68}, taxiway).Way(506, {66, 69}, taxiway);  // junction 66, 4 ft from 61
+  TempDir dir;
+  dir.Write("a.osm", m.Xml());
+  ToolRun osm = RunTool(BGRKIT_PATH, dir.path(), {"osm", "a.osm", "--out", "osm"});
+  ASSERT_EQ(osm.exitStatus, 0) << osm.err;
+  EXPECT_NE(osm.err.find("1 taxiway vertices within 5 ft of another way's node are left out"), std::string::npos)
+      << osm.err;
+  EXPECT_NE(osm.err.find("1 taxiway junctions within 5 ft of another are moved apart"), std::string::npos) << osm.err;
+  ASSERT_EQ(RunTool(BGRKIT_PATH, dir.path(), {"makedb", "osm/airports.csv", "DATABASE/AIRPORT.DBD"}).exitStatus, 0);
+  std::filesystem::create_directories(dir / "DATA");
+  ToolRun te = RunTool(BGRTOOL_PATH, dir.path(), {"-teosm/LMXX.txt"});
+  ASSERT_TRUE(dir.Exists("DATA/LMXX.BGR")) << te.out;
+  bgr::QuietRun run;
+  bgr::NetworkContent net = bgr::ReadNetworkContent(run.ctx, dir / "DATA/LMXX.BGR");
+  std::map<std::int32_t, std::set<std::int32_t>> neighbours;
+  for (const auto& e : net.edges)
+    if (e.type == 1) neighbours[e.from].insert(e.to), neighbours[e.to].insert(e.from);
+  // ten ends, one of 51 and 54 (the other left out), and 61 and 66 of three ways each
+  std::map<std::size_t, int> degrees;  // neighbours: points
+  for (const auto& [point, next] : neighbours) ++degrees[next.size()];
+  EXPECT_EQ(degrees, (std::map<std::size_t, int>{{1, 10}, {2, 1}, {3, 2}}));
+}
+
 TEST(Kit, OsmSimplifiesARingOfTenThousandCorners) {
   NEED_OSM_XML();
   SmallMap m;
