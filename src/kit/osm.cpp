@@ -812,7 +812,7 @@ class AirportBuilder {
     }
     if (separated_)
       Note(std::to_string(separated_) + " taxiway vertices within " + std::to_string(kMergeFeet) +
-           " ft of another way's node are left out (the lines stay within " + Feet(kCurveTolerance) +
+           " ft of another node are left out (the lines stay within " + Feet(kCurveTolerance) +
            " ft of the map) so that -te doesn't join them");
     if (!nudged_.empty()) {
       double most = 0;

@@ -345,7 +345,7 @@ TEST(Kit, OsmKeepsApartWhatTheMergeWouldJoin) {
   dir.Write("a.osm", m.Xml());
   ToolRun osm = RunTool(BGRKIT_PATH, dir.path(), {"osm", "a.osm", "--out", "osm"});
   ASSERT_EQ(osm.exitStatus, 0) << osm.err;
-  EXPECT_NE(osm.err.find("1 taxiway vertices within 5 ft of another way's node are left out"), std::string::npos)
+  EXPECT_NE(osm.err.find("1 taxiway vertices within 5 ft of another node are left out"), std::string::npos)
       << osm.err;
   EXPECT_NE(osm.err.find("1 taxiway junctions within 5 ft of another are moved apart"), std::string::npos) << osm.err;
   ASSERT_EQ(RunTool(BGRKIT_PATH, dir.path(), {"makedb", "osm/airports.csv", "DATABASE/AIRPORT.DBD"}).exitStatus, 0);
