@@ -1,7 +1,6 @@
 #include "geometry/texpoints.h"
 
 #include <algorithm>
-#include <bit>
 #include <new>
 
 #include "frame/int32_math.h"
@@ -83,27 +82,30 @@ std::uint64_t TEXPOINTS::CellOf(const TEXPOINT& p) {
                  static_cast<std::uint32_t>(p.z) >> kCellShift);
 }
 
-namespace {
 // The high bits of the product mix every bit of the key.
-std::size_t Slot(std::uint64_t key, std::size_t mask) {
-  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> (64 - std::popcount(mask)));
+std::size_t TEXPOINTS::Home(std::uint64_t key) const {
+  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> slotShift_);
 }
-}  // namespace
 
 std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
   if (slots_.empty()) return 0;
   std::size_t mask = slots_.size() - 1;
-  for (std::size_t at = Slot(key, mask);; at = (at + 1) & mask) {
-    std::int32_t head = slots_[at];
-    if (head == kFree) return slots_.size();
-    if (head != kGone && CellOf(points_[static_cast<std::size_t>(head)]) == key) return at;
+  std::uint32_t tag = Tag(key);
+  for (std::size_t at = Home(key);; at = (at + 1) & mask) {
+    const CellSlot& slot = slots_[at];
+    if (slot.head == kFree) return slots_.size();
+    if (slot.tag == tag && slot.head != kGone && CellOf(points_[static_cast<std::size_t>(slot.head)]) == key) return at;
   }
 }
 
 void TEXPOINTS::GrowSlots() {
   std::size_t size = 64;
-  while (size < static_cast<std::size_t>(count_) * 4) size *= 2;
-  slots_.assign(size, kFree);
+  slotShift_ = 58;
+  while (size < static_cast<std::size_t>(count_) * 2) {
+    size *= 2;
+    --slotShift_;
+  }
+  slots_.assign(size, CellSlot{});
   slotsTaken_ = 0;
   for (std::int32_t i = 0; i < count_; ++i) Index(i);
 }
@@ -120,17 +122,17 @@ void TEXPOINTS::Index(std::int32_t i) {
   std::size_t slot = FindSlot(key);
   if (slot == slots_.size()) {
     std::size_t mask = slots_.size() - 1;
-    for (slot = Slot(key, mask); slots_[slot] >= 0; slot = (slot + 1) & mask) {
+    for (slot = Home(key); slots_[slot].head >= 0; slot = (slot + 1) & mask) {
     }
-    if (slots_[slot] == kFree) ++slotsTaken_;
-    slots_[slot] = i;
+    if (slots_[slot].head == kFree) ++slotsTaken_;
+    slots_[slot] = {Tag(key), i};
     n(i) = -1;
     return;
   }
-  std::int32_t head = slots_[slot];
+  std::int32_t head = slots_[slot].head;
   if (i < head) {
     n(i) = head;
-    slots_[slot] = i;
+    slots_[slot].head = i;
     return;
   }
   std::int32_t at = head;
@@ -143,9 +145,9 @@ void TEXPOINTS::Unindex(std::int32_t i) {
   std::size_t slot = FindSlot(CellOf(points_[static_cast<std::size_t>(i)]));
   if (slot == slots_.size()) return;
   auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
-  std::int32_t head = slots_[slot];
+  std::int32_t head = slots_[slot].head;
   if (head == i) {
-    slots_[slot] = n(i) == -1 ? kGone : n(i);
+    slots_[slot].head = n(i) == -1 ? kGone : n(i);
     return;
   }
   for (std::int32_t at = head; n(at) != -1; at = n(at)) {
@@ -184,7 +186,7 @@ std::int32_t TEXPOINTS::FindByIndex(std::int32_t x, std::int32_t y, std::int32_t
       for (std::uint32_t k = 0; k <= nz; ++k) {
         std::size_t slot = FindSlot(CellKey((x0 + i) & 0x0FFFFFFFu, (y0 + j) & 0x0FFFFFFFu, (z0 + k) & 0x0FFFFFFFu));
         if (slot == slots_.size()) continue;
-        for (std::int32_t n = slots_[slot]; n != -1; n = next_[static_cast<std::size_t>(n)]) {
+        for (std::int32_t n = slots_[slot].head; n != -1; n = next_[static_cast<std::size_t>(n)]) {
           if (best != -1 && n >= best) break;
           if (WithinTolerance(points_[static_cast<std::size_t>(n)], x, y, z, tolerance)) {
             best = n;
