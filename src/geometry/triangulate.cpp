@@ -1,5 +1,7 @@
 // Triangulation of flat polygons: a fan for convex shapes, ear clipping for the
 // rest, and the winding test that the tile store relies on.
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <new>
 #include <vector>
@@ -41,6 +43,30 @@ bool IsEar(const TEXPOINTS& points, std::int32_t u, std::int32_t v, std::int32_t
   return true;
 }
 
+std::int32_t WholeDegreesOfAtan(double q) {
+  // tan of 0 to 89 degrees: the whole degrees of atan(q) are the count of them
+  // at or below |q| less one. Within a ten-millionth of one the rounding of atan
+  // could tip the count, so there atan itself decides, as it does from 89 degrees on.
+  static const std::array<double, 90> kTangents = [] {
+    std::array<double, 90> t{};
+    for (std::size_t k = 0; k < t.size(); ++k) t[k] = std::tan(static_cast<double>(k) * kRadiansPerDegree);
+    return t;
+  }();
+  constexpr double kMargin = 1e-7;
+  double size = std::fabs(q);
+  if (!(size < kTangents.back() * (1 - kMargin))) return static_cast<std::int32_t>(std::atan(q) / kRadiansPerDegree);
+  // a first guess within a tenth of a degree: atan(s) ~ 45 s - s (s - 1) (14.02 + 3.79 s) on 0..1
+  auto guess = [](double s) { return 45 * s - s * (s - 1) * (14.02 + 3.79 * s); };
+  double degrees = size <= 1 ? guess(size) : 90 - guess(1 / size);
+  auto whole = static_cast<std::size_t>(std::clamp(degrees, 0.0, 88.0));
+  while (whole > 0 && size < kTangents[whole]) --whole;
+  while (whole + 1 < kTangents.size() && size >= kTangents[whole + 1]) ++whole;
+  if ((whole > 0 && size < kTangents[whole] * (1 + kMargin)) || size > kTangents[whole + 1] * (1 - kMargin)) {
+    return static_cast<std::int32_t>(std::atan(q) / kRadiansPerDegree);
+  }
+  return q < 0 ? -static_cast<std::int32_t>(whole) : static_cast<std::int32_t>(whole);
+}
+
 std::int32_t EdgeBearing(std::int32_t a1, std::int32_t b1, std::int32_t a2, std::int32_t b2) {
   std::int32_t da = WrapSub(a2, a1);
   std::int32_t db = WrapSub(b2, b1);
@@ -48,7 +74,7 @@ std::int32_t EdgeBearing(std::int32_t a1, std::int32_t b1, std::int32_t a2, std:
   if (da == 0) return db < 0 ? -90 : 90;
   bool back = da < 0;
   double size = std::fabs(static_cast<double>(da));
-  auto r = static_cast<std::int32_t>(std::atan(db / size) / 0.017453292519943295);
+  std::int32_t r = WholeDegreesOfAtan(db / size);
   if (back) r = 180 - r;
   if (r > 180) r -= 360;
   return r;
@@ -148,12 +174,21 @@ std::int32_t TEXTURE::VertexTurn(const TEXPOINTS& points, std::int32_t i) const 
   return BearingDifference(EdgeBearing(a.z, a.x, b.z, b.x), EdgeBearing(b.z, b.x, c.z, c.x));
 }
 
+// The sum of the signs of every VertexTurn, each edge's bearing taken once.
 bool TEXTURE::IsReversed(const TEXPOINTS& points) const {
   if (count < 3) return false;
   std::int32_t n = count < kMaxVerts ? count : kMaxVerts;
+  auto corner = [&](std::int32_t k) { return PointAt(points, WrapSub(verts[static_cast<std::size_t>(k)].point, points.base)); };
+  std::array<std::int32_t, kMaxVerts> bearings;
+  TEXPOINT first = corner(0), a = first;
+  for (std::int32_t i = 0; i < n; ++i) {
+    TEXPOINT b = i + 1 < n ? corner(i + 1) : first;
+    bearings[static_cast<std::size_t>(i)] = EdgeBearing(a.z, a.x, b.z, b.x);
+    a = b;
+  }
   std::int32_t sum = 0;
   for (std::int32_t i = 0; i < n; ++i) {
-    std::int32_t turn = VertexTurn(points, i);
+    std::int32_t turn = BearingDifference(bearings[static_cast<std::size_t>(i)], bearings[static_cast<std::size_t>((i + 1) % n)]);
     sum += turn > 0 ? 1 : (turn < 0 ? -1 : 0);
   }
   return sum < 0;
