@@ -41,7 +41,9 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   slotsTaken_ = 0;
   stale_ = false;
   try {
-    points_.assign(static_cast<std::size_t>(capacity), TEXPOINT{});
+    // room for all, but pages are touched only as points arrive
+    points_.clear();
+    points_.reserve(static_cast<std::size_t>(capacity));
   } catch (const std::bad_alloc&) {
     ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity);
   }
@@ -51,23 +53,27 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
 void TEXPOINTS::Copy(const TEXPOINTS& other) {
   base = other.base;
   count_ = std::min(other.count_, capacity_);
-  std::copy_n(other.points_.begin(), count_, points_.begin());
+  Reach(count_);
+  std::copy_n(other.points().begin(), count_, points_.begin());
   stale_ = true;
 }
 
 void TEXPOINTS::SetCount(std::int32_t n) {
   count_ = std::clamp(n, 0, capacity_);
+  Reach(count_);
   stale_ = true;
 }
 
 void TEXPOINTS::SetPoint(std::int32_t i, const TEXPOINT& p) {
   if (!stale_ && i < count_) Unindex(i);
+  Reach(i + 1);
   points_[static_cast<std::size_t>(i)] = p;
   if (!stale_ && i < count_) Index(i);
 }
 
 std::span<TEXPOINT> TEXPOINTS::EditAll() {
   stale_ = true;
+  Reach(capacity_);
   return {points_.data(), points_.size()};
 }
 
@@ -82,16 +88,21 @@ std::uint64_t TEXPOINTS::CellOf(const TEXPOINT& p) {
                  static_cast<std::uint32_t>(p.z) >> kCellShift);
 }
 
-// The high bits of the product mix every bit of the key.
-std::size_t TEXPOINTS::Home(std::uint64_t key) const {
-  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> slotShift_);
+// The high bits of the product mix every bit of the key; two more of them
+// pick the cell's bit in the filter.
+std::size_t TEXPOINTS::FilterBit(std::uint64_t key) const {
+  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> (slotShift_ - kFilterBitsPerSlotLog2));
 }
+
+std::size_t TEXPOINTS::Home(std::uint64_t key) const { return FilterBit(key) >> kFilterBitsPerSlotLog2; }
 
 std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
   if (slots_.empty()) return 0;
+  std::size_t bit = FilterBit(key);
+  if (!(filter_[bit / 64] >> (bit % 64) & 1)) return slots_.size();
   std::size_t mask = slots_.size() - 1;
   std::uint32_t tag = Tag(key);
-  for (std::size_t at = Home(key);; at = (at + 1) & mask) {
+  for (std::size_t at = bit >> kFilterBitsPerSlotLog2;; at = (at + 1) & mask) {
     const CellSlot& slot = slots_[at];
     if (slot.head == kFree) return slots_.size();
     if (slot.tag == tag && slot.head != kGone && CellOf(points_[static_cast<std::size_t>(slot.head)]) == key) return at;
@@ -106,6 +117,7 @@ void TEXPOINTS::GrowSlots() {
     --slotShift_;
   }
   slots_.assign(size, CellSlot{});
+  filter_.assign((size << kFilterBitsPerSlotLog2) / 64, 0);
   slotsTaken_ = 0;
   for (std::int32_t i = 0; i < count_; ++i) Index(i);
 }
@@ -126,6 +138,8 @@ void TEXPOINTS::Index(std::int32_t i) {
     }
     if (slots_[slot].head == kFree) ++slotsTaken_;
     slots_[slot] = {Tag(key), i};
+    std::size_t bit = FilterBit(key);
+    filter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
     n(i) = -1;
     return;
   }
@@ -217,7 +231,11 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
     return 0;
   }
   std::int32_t number = count_++;
-  points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
+  if (static_cast<std::size_t>(number) < points_.size()) {
+    points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
+  } else {
+    points_.push_back(TEXPOINT{x, y, z});
+  }
   if (!stale_) Index(number);
   if (counts) counts[number] = 1;
   return number;

@@ -52,7 +52,10 @@ class TEXPOINTS {
   std::int32_t capacity() const { return capacity_; }
   // Owners fill or empty the table directly within its capacity.
   void SetCount(std::int32_t n);
-  const TEXPOINT& operator[](std::int32_t i) const { return points_[static_cast<std::size_t>(i)]; }
+  // Any number below the capacity; one that no point ever reached reads as the origin.
+  const TEXPOINT& operator[](std::int32_t i) const {
+    return static_cast<std::size_t>(i) < points_.size() ? points_[static_cast<std::size_t>(i)] : kUnset;
+  }
   // A changed point: the index follows it at once.
   void SetPoint(std::int32_t i, const TEXPOINT& p);
   // Free access to all points; the index is rebuilt on the next Add.
@@ -60,6 +63,12 @@ class TEXPOINTS {
   std::span<const TEXPOINT> points() const { return {points_.data(), static_cast<std::size_t>(count_)}; }
 
  private:
+  static constexpr TEXPOINT kUnset{};
+  // Points up to number n - 1 in the vector; above the highest number ever
+  // reached the table holds zeros, which need no memory.
+  void Reach(std::int32_t n) {
+    if (static_cast<std::size_t>(n) > points_.size()) points_.resize(static_cast<std::size_t>(n));
+  }
   static constexpr int kCellShift = 4;  // cells of 16 units on each axis
   static constexpr std::int32_t kIndexedTolerance = 64;
 
@@ -81,6 +90,11 @@ class TEXPOINTS {
     std::int32_t head = kFree;
   };
   static std::uint32_t Tag(std::uint64_t key) { return static_cast<std::uint32_t>(key ^ (key >> 32)); }
+  // A bit per hash of the cells that were ever indexed since the last growth:
+  // most searches for a new point end there, in a table a sixteenth of the
+  // slots' size.
+  static constexpr int kFilterBitsPerSlotLog2 = 2;
+  std::size_t FilterBit(std::uint64_t key) const;
   std::size_t Home(std::uint64_t key) const;
   std::size_t FindSlot(std::uint64_t key) const;  // the slot of the cell, or the size for none
   void GrowSlots();
@@ -89,6 +103,7 @@ class TEXPOINTS {
   std::int32_t capacity_ = 0;
   std::vector<TEXPOINT> points_;
   std::vector<CellSlot> slots_;
+  std::vector<std::uint64_t> filter_;
   int slotShift_ = 64;          // 64 less the bits of a slot number
   std::size_t slotsTaken_ = 0;  // cells and gone cells
   std::vector<std::int32_t> next_;

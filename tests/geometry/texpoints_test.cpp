@@ -34,6 +34,25 @@ TEST(TexPoints, DifferencesWrapAt32Bits) {
   EXPECT_EQ(t.Add(-2147483647 + 5, 0, 0, 5), 1);  // 7 apart
 }
 
+// Owners read the table up to its capacity: numbers never reached hold the
+// origin, and points let go by a smaller count keep their values.
+TEST(TexPoints, ThePlacesAboveTheCountKeepWhatTheyHeld) {
+  TEXPOINTS t(10);
+  t.Add(1, 2, 3, 0);
+  t.Add(4, 5, 6, 0);
+  EXPECT_TRUE(t[9].Equals(0, 0, 0));
+  t.SetCount(0);
+  EXPECT_TRUE(t[1].Equals(4, 5, 6));
+  EXPECT_EQ(t.Add(7, 8, 9, 0), 0);
+  t.SetCount(5);
+  EXPECT_TRUE(t[0].Equals(7, 8, 9));
+  EXPECT_TRUE(t[1].Equals(4, 5, 6));
+  EXPECT_TRUE(t[4].Equals(0, 0, 0));
+  EXPECT_EQ(t.EditAll().size(), 10u);
+  t.SetSize(10);
+  EXPECT_TRUE(t[1].Equals(0, 0, 0));
+}
+
 // The index must give what a walk from point 0 gives, whatever the history.
 TEST(TexPoints, IndexAgreesWithAPlainWalk) {
   std::mt19937 rng(20261123);
