@@ -268,42 +268,56 @@ void TEXTURE::FreeTriangles() { triangles.reset(); }
 
 std::int32_t TextureList::Add(const TEXTURE& texture) {
   std::int32_t n = std::clamp(texture.count, 0, TEXTURE::kMaxVerts);
-  try {
-    std::size_t first = verts_.size();
-    verts_.insert(verts_.end(), texture.verts.begin(), texture.verts.begin() + n);
+  std::size_t need = static_cast<std::size_t>(n) + kTrailer;
+  if (blocks_.empty() || blocks_.back().size - blocks_.back().used < need) {
+    std::size_t size = blocks_.empty() ? kFirstBlock : std::min(blocks_.back().size * 2, kLargestBlock);
+    size = std::max(size, need);
     try {
-      nodes_.push_back(BitAndTex{texture.count, texture.normalX, texture.normalY, texture.normalZ, texture.attr,
-                                 first, static_cast<std::size_t>(n)});
+      blocks_.push_back({std::make_unique_for_overwrite<std::int32_t[]>(size), size, 0});
     } catch (const std::bad_alloc&) {
-      verts_.resize(first);
-      throw;
+      if (context_ && !context_->once.polygonAllocFailed) {
+        context_->once.polygonAllocFailed = true;
+        context_->Report("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
+                         static_cast<std::int32_t>(n * sizeof(TexVertex)));
+      }
+      return 0;
     }
-  } catch (const std::bad_alloc&) {
-    if (context_ && !context_->once.polygonAllocFailed) {
-      context_->once.polygonAllocFailed = true;
-      context_->Report("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
-             static_cast<std::int32_t>(n * sizeof(TexVertex)));
-    }
-    return 0;
   }
+  Block& block = blocks_.back();
+  std::int32_t* at = block.data.get() + block.used;
+  for (std::int32_t v = 0; v < n; ++v) *at++ = texture.verts[static_cast<std::size_t>(v)].point;
+  *at++ = texture.count;
+  *at++ = texture.normalX;
+  *at++ = texture.normalY;
+  *at++ = texture.normalZ;
+  *at++ = texture.attr;
+  *at++ = n;
+  block.used += need;
+  ++stored_;
   return 1;
 }
 
 const TEXTURE* TextureList::First() {
-  cursor_ = nodes_.size();
+  cursorBlock_ = blocks_.size();
+  cursorEnd_ = 0;
   return Next();
 }
 
 const TEXTURE* TextureList::Next() {
-  if (cursor_ == 0) return nullptr;
-  const BitAndTex& node = nodes_[--cursor_];
-  scratch_.count = node.count;
-  scratch_.normalX = node.normalX;
-  scratch_.normalY = node.normalY;
-  scratch_.normalZ = node.normalZ;
-  scratch_.attr = node.attr;
-  auto from = verts_.begin() + static_cast<std::ptrdiff_t>(node.first);
-  std::copy(from, from + static_cast<std::ptrdiff_t>(node.size), scratch_.verts.begin());
+  while (cursorEnd_ == 0) {
+    if (cursorBlock_ == 0) return nullptr;
+    cursorEnd_ = blocks_[--cursorBlock_].used;
+  }
+  const std::int32_t* end = blocks_[cursorBlock_].data.get() + cursorEnd_;
+  std::int32_t n = end[-1];
+  const std::int32_t* record = end - kTrailer - n;
+  for (std::int32_t v = 0; v < n; ++v) scratch_.verts[static_cast<std::size_t>(v)].point = record[v];
+  scratch_.count = end[-6];
+  scratch_.normalX = end[-5];
+  scratch_.normalY = end[-4];
+  scratch_.normalZ = end[-3];
+  scratch_.attr = end[-2];
+  cursorEnd_ -= kTrailer + static_cast<std::size_t>(n);
   return &scratch_;
 }
 

@@ -159,16 +159,25 @@ class TextureList {
   std::int32_t Add(const TEXTURE& texture);
   const TEXTURE* First();
   const TEXTURE* Next();
-  std::size_t size() const { return nodes_.size(); }
+  std::size_t size() const { return stored_; }
 
  private:
-  struct BitAndTex {
-    std::int32_t count, normalX, normalY, normalZ, attr;
-    std::size_t first, size;  // its vertices in verts_
+  // Each polygon is a record of its vertices' points followed by count,
+  // normalX, normalY, normalZ, attr and the number of vertices stored, so the
+  // list reads from its end. Records fill blocks that double in size and are
+  // never moved: a tile's polygons cost their bytes once, in pages touched
+  // only as they fill.
+  static constexpr std::size_t kTrailer = 6;
+  static constexpr std::size_t kFirstBlock = 256;
+  static constexpr std::size_t kLargestBlock = std::size_t{1} << 18;
+  struct Block {
+    std::unique_ptr<std::int32_t[]> data;
+    std::size_t size = 0, used = 0;
   };
-  std::vector<BitAndTex> nodes_;  // in order of arrival; read from the back
-  std::vector<TexVertex> verts_;  // the vertices of all of them, one after another
-  std::size_t cursor_ = 0;        // nodes still to read
+  std::vector<Block> blocks_;
+  std::size_t stored_ = 0;
+  std::size_t cursorBlock_ = 0;  // the record that Next gives ends at used_ of this block
+  std::size_t cursorEnd_ = 0;
   RunContext* context_ = nullptr;
   TEXTURE scratch_;
 };
