@@ -173,7 +173,7 @@ void TileGrid::Emit(std::int32_t layer, std::span<const ClipPoint> corners, std:
   SelectTile(static_cast<std::int32_t>(sumX / n), static_cast<std::int32_t>(sumZ / n));
   TileRecord& tile = Tile(CurrentTileX, CurrentTileZ);
   TEXPOINTS& points = tile.points[static_cast<std::size_t>(layer)];
-  TEXTURE texture;
+  TEXTURE& texture = emitted_;  // reused: a fresh one would clear all its 256 vertices for 2 to 4
   texture.SetFlat(static_cast<std::int32_t>(corners.size()), attr);
   for (std::size_t i = 0; i < corners.size(); ++i) texture.verts[i].point = points.Add(corners[i].x, 0, corners[i].z, 0);
   // every polygon is stored clockwise in plan; a line keeps its ends in order
