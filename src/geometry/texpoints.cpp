@@ -40,14 +40,22 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   slots_.clear();
   slotsTaken_ = 0;
   stale_ = false;
-  try {
-    // room for all, but pages are touched only as points arrive
-    points_.clear();
-    points_.reserve(static_cast<std::size_t>(capacity));
-  } catch (const std::bad_alloc&) {
-    ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity);
-  }
+  points_.clear();
   capacity_ = capacity;
+}
+
+// The table's room is taken when its first point arrives: most tile tables of
+// a small airport stay empty.
+void TEXPOINTS::Reach(std::int32_t n) {
+  if (static_cast<std::size_t>(n) <= points_.size()) return;
+  if (points_.capacity() < static_cast<std::size_t>(capacity_)) {
+    try {
+      points_.reserve(static_cast<std::size_t>(capacity_));
+    } catch (const std::bad_alloc&) {
+      ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity_);
+    }
+  }
+  points_.resize(static_cast<std::size_t>(n));
 }
 
 void TEXPOINTS::Copy(const TEXPOINTS& other) {
@@ -231,11 +239,8 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
     return 0;
   }
   std::int32_t number = count_++;
-  if (static_cast<std::size_t>(number) < points_.size()) {
-    points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
-  } else {
-    points_.push_back(TEXPOINT{x, y, z});
-  }
+  Reach(number + 1);
+  points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
   if (!stale_) Index(number);
   if (counts) counts[number] = 1;
   return number;
@@ -308,17 +313,19 @@ const TEXTURE* TextureList::Next() {
     if (cursorBlock_ == 0) return nullptr;
     cursorEnd_ = blocks_[--cursorBlock_].used;
   }
+  if (!scratch_) scratch_ = std::make_unique<TEXTURE>();
+  TEXTURE& scratch = *scratch_;
   const std::int32_t* end = blocks_[cursorBlock_].data.get() + cursorEnd_;
   std::int32_t n = end[-1];
   const std::int32_t* record = end - kTrailer - n;
-  for (std::int32_t v = 0; v < n; ++v) scratch_.verts[static_cast<std::size_t>(v)].point = record[v];
-  scratch_.count = end[-6];
-  scratch_.normalX = end[-5];
-  scratch_.normalY = end[-4];
-  scratch_.normalZ = end[-3];
-  scratch_.attr = end[-2];
+  for (std::int32_t v = 0; v < n; ++v) scratch.verts[static_cast<std::size_t>(v)].point = record[v];
+  scratch.count = end[-6];
+  scratch.normalX = end[-5];
+  scratch.normalY = end[-4];
+  scratch.normalZ = end[-3];
+  scratch.attr = end[-2];
   cursorEnd_ -= kTrailer + static_cast<std::size_t>(n);
-  return &scratch_;
+  return &scratch;
 }
 
 }  // namespace bgr

@@ -66,9 +66,7 @@ class TEXPOINTS {
   static constexpr TEXPOINT kUnset{};
   // Points up to number n - 1 in the vector; above the highest number ever
   // reached the table holds zeros, which need no memory.
-  void Reach(std::int32_t n) {
-    if (static_cast<std::size_t>(n) > points_.size()) points_.resize(static_cast<std::size_t>(n));
-  }
+  void Reach(std::int32_t n);
   static constexpr int kCellShift = 4;  // cells of 16 units on each axis
   static constexpr std::int32_t kIndexedTolerance = 64;
 
@@ -179,7 +177,7 @@ class TextureList {
   std::size_t cursorBlock_ = 0;  // the record that Next gives ends at used_ of this block
   std::size_t cursorEnd_ = 0;
   RunContext* context_ = nullptr;
-  TEXTURE scratch_;
+  std::unique_ptr<TEXTURE> scratch_;  // made by the first read: most lists of a small airport stay empty
 };
 
 }  // namespace bgr

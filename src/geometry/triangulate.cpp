@@ -178,7 +178,9 @@ std::int32_t TEXTURE::VertexTurn(const TEXPOINTS& points, std::int32_t i) const 
 bool TEXTURE::IsReversed(const TEXPOINTS& points) const {
   if (count < 3) return false;
   std::int32_t n = count < kMaxVerts ? count : kMaxVerts;
-  auto corner = [&](std::int32_t k) { return PointAt(points, WrapSub(verts[static_cast<std::size_t>(k)].point, points.base)); };
+  auto corner = [&](std::int32_t k) {
+    return PointAt(points, WrapSub(verts[static_cast<std::size_t>(k)].point, points.base));
+  };
   std::array<std::int32_t, kMaxVerts> bearings;
   TEXPOINT first = corner(0), a = first;
   for (std::int32_t i = 0; i < n; ++i) {
@@ -188,7 +190,8 @@ bool TEXTURE::IsReversed(const TEXPOINTS& points) const {
   }
   std::int32_t sum = 0;
   for (std::int32_t i = 0; i < n; ++i) {
-    std::int32_t turn = BearingDifference(bearings[static_cast<std::size_t>(i)], bearings[static_cast<std::size_t>((i + 1) % n)]);
+    std::int32_t turn =
+        BearingDifference(bearings[static_cast<std::size_t>(i)], bearings[static_cast<std::size_t>((i + 1) % n)]);
     sum += turn > 0 ? 1 : (turn < 0 ? -1 : 0);
   }
   return sum < 0;
