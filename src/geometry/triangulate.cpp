@@ -2,6 +2,7 @@
 // rest, and the winding test that the tile store relies on.
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cmath>
 #include <new>
 #include <vector>
@@ -174,24 +175,43 @@ std::int32_t TEXTURE::VertexTurn(const TEXPOINTS& points, std::int32_t i) const 
   return BearingDifference(EdgeBearing(a.z, a.x, b.z, b.x), EdgeBearing(b.z, b.x, c.z, c.x));
 }
 
-// The sum of the signs of every VertexTurn, each edge's bearing taken once.
+// The sum of the signs of every VertexTurn. Whole-degree bearings are each
+// less than a degree off the true direction, so a corner that turns by 5 to
+// 175 degrees either way votes as its cross product says; only the others
+// take their edges' bearings, each edge's once.
 bool TEXTURE::IsReversed(const TEXPOINTS& points) const {
   if (count < 3) return false;
   std::int32_t n = count < kMaxVerts ? count : kMaxVerts;
-  auto corner = [&](std::int32_t k) {
-    return PointAt(points, WrapSub(verts[static_cast<std::size_t>(k)].point, points.base));
-  };
+  constexpr double kClearTurn = 0.0076;  // sin^2 of a little over 5 degrees
+  constexpr std::int32_t kUnknown = INT32_MIN;
+  // plain arrays, not TEXPOINTs, which would be cleared all 256 first
+  // the first two corners again at the end, so corner i + 2 needs no wrap
+  std::array<std::int32_t, kMaxVerts + 2> xs, zs;
   std::array<std::int32_t, kMaxVerts> bearings;
-  TEXPOINT first = corner(0), a = first;
-  for (std::int32_t i = 0; i < n; ++i) {
-    TEXPOINT b = i + 1 < n ? corner(i + 1) : first;
-    bearings[static_cast<std::size_t>(i)] = EdgeBearing(a.z, a.x, b.z, b.x);
-    a = b;
+  for (std::int32_t k = 0; k < n + 2; ++k) {
+    std::int32_t from = k < n ? k : k - n;
+    TEXPOINT p = PointAt(points, WrapSub(verts[static_cast<std::size_t>(from)].point, points.base));
+    xs[static_cast<std::size_t>(k)] = p.x;
+    zs[static_cast<std::size_t>(k)] = p.z;
+    if (k < n) bearings[static_cast<std::size_t>(k)] = kUnknown;
   }
+  auto x = [&](std::int32_t k) { return xs[static_cast<std::size_t>(k)]; };
+  auto z = [&](std::int32_t k) { return zs[static_cast<std::size_t>(k)]; };
+  auto bearing = [&](std::int32_t k) {
+    std::int32_t& b = bearings[static_cast<std::size_t>(k < n ? k : k - n)];
+    if (b == kUnknown) b = EdgeBearing(z(k), x(k), z(k + 1), x(k + 1));
+    return b;
+  };
   std::int32_t sum = 0;
   for (std::int32_t i = 0; i < n; ++i) {
-    std::int32_t turn =
-        BearingDifference(bearings[static_cast<std::size_t>(i)], bearings[static_cast<std::size_t>((i + 1) % n)]);
+    double uz = WrapSub(z(i + 1), z(i)), ux = WrapSub(x(i + 1), x(i));
+    double vz = WrapSub(z(i + 2), z(i + 1)), vx = WrapSub(x(i + 2), x(i + 1));
+    double cross = uz * vx - ux * vz;
+    if (cross != 0 && cross * cross >= kClearTurn * (uz * uz + ux * ux) * (vz * vz + vx * vx)) {
+      sum += cross > 0 ? 1 : -1;
+      continue;
+    }
+    std::int32_t turn = BearingDifference(bearing(i), bearing(i + 1));
     sum += turn > 0 ? 1 : (turn < 0 ? -1 : 0);
   }
   return sum < 0;

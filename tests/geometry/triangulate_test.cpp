@@ -127,11 +127,17 @@ TEST(Triangulate, ReversedIsTheVoteOfTheCornerTurns) {
   std::uniform_int_distribution<std::int32_t> coord(-400000, 400000), size(3, 12);
   TEXPOINTS pts;
   TEXTURE tex;
-  for (int round = 0; round < 20000; ++round) {
+  for (int round = 0; round < 30000; ++round) {
     std::vector<XZ> corners(static_cast<std::size_t>(size(rng)));
-    for (XZ& c : corners) {
+    for (std::size_t k = 0; k < corners.size(); ++k) {
+      XZ& c = corners[k];
       c = {coord(rng), coord(rng)};
       if (round % 3 == 0) c = {c.x / 100000 * 100000, c.z / 100000 * 100000};  // edges along the axes, corners in line
+      if (round % 3 == 1) {
+        // nearly in line, or folding back on itself: turns within a few degrees of 0 and 180
+        std::int32_t along = static_cast<std::int32_t>(k % 2 ? k : corners.size() - k) * 20000;
+        c = {along + coord(rng) / 400, along / 3 + coord(rng) / 400};
+      }
     }
     Make(pts, tex, corners);
     if (round % 5 == 0) pts.base = 1;  // numbers shifted: the corner out of the table reads as the origin
