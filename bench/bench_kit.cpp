@@ -7,6 +7,7 @@
 #include "bench_util.h"
 #include "kit/check.h"
 #include "kit/render.h"
+#include "kit/view.h"
 #include "airport_gen.h"
 #include "tms/tms_job.h"
 
@@ -54,5 +55,18 @@ void BM_KitRenderSvg(benchmark::State& state) {
   }
 }
 BENCHMARK(BM_KitRenderSvg)->Unit(benchmark::kMillisecond);
+
+// The page's size and open time in a browser are measured on the page this
+// leaves in the temporary folder (bgrbench-kit-full.html).
+void BM_KitView(benchmark::State& state) {
+  const std::string& path = FullAirport();
+  for (auto _ : state) {
+    bgr::kit::ViewOptions options;
+    options.input = path;
+    options.output = bgrbench::TempPath("kit-full.html");
+    benchmark::DoNotOptimize(bgr::kit::View(options));
+  }
+}
+BENCHMARK(BM_KitView)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -1,11 +1,14 @@
-// bgrkit's check and render on hostile files. The first byte chooses what the
+// bgrkit's check, render and view on hostile files. The first byte chooses what the
 // rest is: a compact network with its PLY text (as the -tm target reads it),
 // raw BGR bytes, or raw TMS bytes beside a small network.
 #include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
 
 #include "fuzz_common.h"
 #include "kit/check.h"
 #include "kit/render.h"
+#include "kit/view.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
@@ -35,8 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   bgr::kit::CheckInput input;
   std::string error;
+  bgr::kit::Findings findings;
   if (bgr::kit::LoadCheckInput(bgr, input, error)) {
-    bgr::kit::Findings findings = bgr::kit::CheckAll(input);
+    findings = bgr::kit::CheckAll(input);
     for (const auto& f : findings) (void)bgr::kit::FormatFinding(f);
   }
   bgr::kit::Scene scene;
@@ -44,6 +48,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bgr::kit::RenderOptions options;
     options.labels = true;
     (void)bgr::kit::DrawSvg(scene, options);
+    // the page's scene must stay JSON whatever the files hold
+    std::string page = bgr::kit::ViewPage(scene, findings, bgr::kit::ViewOptions{}, "", "");
+    const std::string head = "id=\"scene\">";
+    std::size_t from = page.find(head), to = page.find("</script>", from);
+    if (from == std::string::npos || to == std::string::npos) std::abort();
+    from += head.size();
+    if (nlohmann::json::parse(page.substr(from, to - from), nullptr, false).is_discarded()) std::abort();
   }
   return 0;
 }

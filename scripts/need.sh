@@ -22,6 +22,12 @@ need_packages() {
         [ -f /usr/include/cairo/cairo.h ] || missing+=(libcairo2-dev)
         command -v pkg-config >/dev/null || missing+=(pkg-config)
         ls /usr/lib/*/librsvg-2.so.2 >/dev/null 2>&1 || missing+=(librsvg2-2)
+        [ -f /usr/share/javascript/leaflet/leaflet.js ] || missing+=(libjs-leaflet)
+        ;;
+      browser)
+        command -v chromium >/dev/null || missing+=(chromium)
+        command -v chromedriver >/dev/null || missing+=(chromium-driver)
+        /usr/bin/python3 -c 'import selenium' 2>/dev/null || missing+=(python3-selenium)
         ;;
     esac
   done

@@ -7,7 +7,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/need.sh
-need_packages gtest benchmark valgrind kit windows clang
+need_packages gtest benchmark valgrind kit windows clang browser
 jobs=$(nproc)
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 export ASAN_OPTIONS=detect_leaks=1
@@ -16,6 +16,8 @@ export LSAN_OPTIONS=suppressions=$(pwd)/tests/lsan.supp
 cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DBGRTOOL_TESTS=ON -DBGRTOOL_BENCH=ON -DBGRTOOL_WERROR=ON >/dev/null
 cmake --build build -j "$jobs"
 (cd build && ctest --output-on-failure)
+# bgrkit view's page of the example airport in headless Chromium
+[ ! -x build/bgrkit ] || /usr/bin/python3 tests/kit/view_browser.py build/bgrtool build/bgrkit examples
 
 # the .deb: its contents, then the installed program on the example airport
 (cd build && cpack -G DEB >/dev/null)

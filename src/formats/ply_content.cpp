@@ -29,8 +29,7 @@ PlyContent ReadPlyContent(std::string_view path) {
   }
   net.RewindPly();
   PlyLight l;
-  std::int32_t count = 0;
-  while (net.ReadLgt(&l.kind, &l.x1, &l.z1, &l.x2, &l.z2, &count)) content.lights.push_back(l);
+  while (net.ReadLgt(&l.kind, &l.x1, &l.z1, &l.x2, &l.z2, &l.count)) content.lights.push_back(l);
   Stream text = WrapFileOpen(ctx, path, "rb");
   for (std::string line; ReadLimitedLine(text.get(), line);) content.lines.push_back(line);
   return content;

@@ -14,6 +14,7 @@ namespace bgr {
 
 struct PlyLight {
   std::int32_t kind = 0, x1 = 0, z1 = 0, x2 = 0, z2 = 0;
+  std::int32_t count = 1;  // lights from the first point to the second
 };
 
 struct PlyContent {

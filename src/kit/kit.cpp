@@ -11,6 +11,7 @@ std::vector<Subcommand> Subcommands() {
       {"makedb", "build the airport database (DBD and dbt) from a CSV of airports", SetupMakeDb},
       {"render", "draw a network, its PLY companion and its tiles as SVG or PNG", SetupRender},
       {"check", "find what is wrong with a network and its PLY companion before -tm does", SetupCheck},
+      {"view", "write one HTML page to pan and zoom a network, its tiles and check's findings", SetupView},
   };
 }
 

@@ -55,5 +55,6 @@ int RunKit(int argc, const char* const* argv);
 std::function<int()> SetupMakeDb(CLI::App& command);
 std::function<int()> SetupRender(CLI::App& command);
 std::function<int()> SetupCheck(CLI::App& command);
+std::function<int()> SetupView(CLI::App& command);
 
 }  // namespace bgr::kit

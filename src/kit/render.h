@@ -6,13 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "formats/network_content.h"
-#include "formats/ply_content.h"
-#include "formats/tms_content.h"
+#include "kit/scene.h"
 
 namespace bgr::kit {
 
-inline const std::set<std::string> kRenderLayers{"pave", "edmk", "cntr", "lite", "net", "ply"};
+inline const std::set<std::string> kRenderLayers{"pave", "edmk", "cntr", "lite", "net", "ply", "grid"};
 
 struct RenderOptions {
   std::string input;
@@ -22,19 +20,8 @@ struct RenderOptions {
   int pixels = 1600;  // width of the picture
 };
 
-// What a picture is made of, each part read through the library's readers.
-struct Scene {
-  std::string bgrPath, plyPath, tmsPath;  // empty for a file that isn't there
-  NetworkContent network;
-  PlyContent ply;
-  TmsContent tms;
-};
-
-// Finds the files that belong to the input and reads them; false, with the
-// reason, when one of them is damaged.
-bool LoadScene(const std::string& input, Scene& scene, std::string& error);
 std::string DrawSvg(const Scene& scene, const RenderOptions& options);
-// The whole subcommand: 0 written, 1 failed.
+// The whole subcommand: 0 written, 1 failed, 2 a picture of no known kind.
 int Render(const RenderOptions& options);
 
 }  // namespace bgr::kit

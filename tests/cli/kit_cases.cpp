@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <regex>
 #include <string_view>
 
 #ifdef BGRKIT_PATH
@@ -42,6 +44,8 @@ TEST(Kit, UsageExitValues) {
       {{"render", "a.bgr", "-o", "a.svg", "--layers", "pave,roads"}, 2, "roads"},
       {{"check"}, 2, "required"},
       {{"check", "--help"}, 0, "--json"},
+      {{"view"}, 2, "required"},
+      {{"view", "--help"}, 0, "--attribution"},
   };
   for (const Case& c : cases) {
     ToolRun run = Kit(dir, c.args);
@@ -155,6 +159,130 @@ TEST(Kit, RenderWritesSvgAndPng) {
   if (png.exitStatus == 1 && png.err.find("librsvg2-2") != std::string::npos) GTEST_SKIP() << png.err;
   ASSERT_EQ(png.exitStatus, 0) << png.err;
   EXPECT_EQ(dir.Read("a.PNG").substr(0, 8), "\x89PNG\r\n\x1a\n");
+}
+
+TEST(Kit, RenderAndViewRefuseWhatTheyCannotDoAndSayWhy) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.bgr", Network());
+  std::filesystem::create_directory(dir / "folder.bgr");
+  struct {
+    std::vector<std::string> args;
+    int exit;
+    const char* says;
+  } cases[] = {
+      {{"render", "a.bgr", "-o", "a.jpg"}, 2, "bgrkit render: 'a.jpg' names no picture this program writes"},
+      {{"render", "a.bgr", "-o", "picture"}, 2, "bgrkit render: 'picture' names no picture"},
+      {{"render", "folder.bgr", "-o", "a.svg"}, 1, "bgrkit render: cannot read 'folder.bgr': it is a folder"},
+      {{"render", "none.bgr", "-o", "a.svg"}, 1, "bgrkit render: cannot read 'none.bgr': No such file or directory"},
+      {{"render", "a.bgr", "-o", "nosuch/a.svg"}, 1,
+       "bgrkit render: cannot write 'nosuch/a.svg': No such file or directory"},
+      {{"view", "none.bgr"}, 1, "bgrkit view: cannot read 'none.bgr': No such file or directory"},
+      {{"view", "a.bgr", "-o", "nosuch/a.html"}, 1, "bgrkit view: cannot write 'nosuch/a.html': No such file or directory"},
+      {{"view", "a.bgr", "--leaflet", "nosuch"}, 1, "install the package libjs-leaflet"},
+      {{"view", "a.bgr", "-o", "./a.bgr"}, 2, "bgrkit view: './a.bgr' is one of the files shown"},
+  };
+  for (const auto& c : cases) {
+    ToolRun run = Kit(dir, c.args);
+    EXPECT_EQ(run.exitStatus, c.exit) << ::testing::PrintToString(c.args);
+    EXPECT_NE(run.err.find(c.says), std::string::npos) << run.err;
+    EXPECT_EQ(run.err.find("INFO"), std::string::npos) << run.err;  // no report line of the library
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 2);  // nothing written
+}
+
+// The legend's entries and the drawing's layers, by id and colour, from the SVG.
+std::map<std::string, std::string> SvgGroups(const std::string& svg, const char* pattern) {
+  std::map<std::string, std::string> out;
+  std::regex re(pattern);
+  for (auto it = std::sregex_iterator(svg.begin(), svg.end(), re); it != std::sregex_iterator(); ++it)
+    out[(*it)[1]] = (*it)[2];
+  return out;
+}
+const char* const kLayerPattern = "<g id=\"([a-z0-9-]+)\" class=\"layer\" data-colour=\"(#[0-9a-f]{6})\"";
+const char* const kLegendPattern =
+    "<g class=\"legend-entry\" data-layer=\"([a-z0-9-]+)\"><[a-z]+ [^>]*?(?:fill|stroke)=\"(#[0-9a-f]{6})\"";
+
+TEST(Kit, RenderLegendListsWhatIsDrawnInItsColours) {
+  NEED_BGRKIT();
+  TempDir dir;
+  // a runway, a taxiway, a painted line (flags 2 alone), an apron and a string of PLY lights,
+  // at a place west of Greenwich
+  BgrBuilder b;
+  b.Origin(39.86 * 3600, 1296000 - 104.67 * 3600).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, -570).Node(0, 0, 30);
+  b.Node(300, 0, -300).Node(300, 0, -500);
+  std::string network = b.Edge(0, 1, 17224, 15, 0).Edge(2, 3, 17096, 15, 1).Edge(4, 5, 17096, 2, 1).End().data;
+  dir.Write("a.bgr", network);
+  dir.Write("a.PLY", "ORG 0 0\nPOI -500 -200\nPOI -300 -200\nPOI -300 -400\nPLY \"gate\"\nLGT 1 -500 -100 -300 -100 5\n");
+  ASSERT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}).exitStatus, 1);
+  dir.Write("a.bgr", network);  // the network as drawn, not as repaired
+  ToolRun run = Kit(dir, {"render", "a.bgr", "-o", "a.svg"});
+  ASSERT_EQ(run.exitStatus, 0) << run.err;
+  EXPECT_EQ(run.err, "");  // tiles made of this very network: no warning
+  std::string svg = dir.Read("a.svg");
+  auto layers = SvgGroups(svg, kLayerPattern), legend = SvgGroups(svg, kLegendPattern);
+  EXPECT_EQ(layers, legend);
+  for (const char* id : {"grid", "apron", "pave", "runway", "taxiway", "paint", "centre", "plylight", "origin"})
+    EXPECT_EQ(layers.count(id), 1u) << id;
+  for (const auto& [id, colour] : layers) {
+    if (id.rfind("lite-", 0) == 0) {
+      EXPECT_NE(colour, layers["plylight"]) << "tile lights look like PLY lights";
+    }
+  }
+  EXPECT_NE(layers["paint"], layers["centre"]);
+  EXPECT_LT(svg.find("<g id=\"grid\""), svg.find("<g id=\"runway\""));  // the grid lies under the network
+  EXPECT_NE(svg.find("<g id=\"north\">"), std::string::npos);
+  EXPECT_NE(svg.find("origin 39.860000 -104.670000"), std::string::npos);
+  // layers left out are left out of the legend too
+  ASSERT_EQ(Kit(dir, {"render", "a.bgr", "-o", "b.svg", "--layers", "net,ply"}).exitStatus, 0);
+  std::string fewer = dir.Read("b.svg");
+  EXPECT_EQ(SvgGroups(fewer, kLayerPattern), SvgGroups(fewer, kLegendPattern));
+  EXPECT_EQ(SvgGroups(fewer, kLegendPattern).count("grid"), 0u);
+  EXPECT_EQ(SvgGroups(fewer, kLegendPattern).count("pave"), 0u);
+}
+
+TEST(Kit, TilesOfAnotherStateOfTheNetworkAreWarnedOf) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.bgr", Network());
+  ASSERT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}).exitStatus, 1);
+  auto tiles = std::filesystem::last_write_time(dir / "a.TMS");
+  std::filesystem::last_write_time(dir / "a.bgr", tiles + std::chrono::minutes(2));
+  ToolRun stale = Kit(dir, {"render", "a.bgr", "-o", "a.svg"});
+  EXPECT_EQ(stale.exitStatus, 0);
+  EXPECT_NE(stale.err.find("bgrkit render: warning: 'a.TMS' is older than 'a.bgr'"), std::string::npos) << stale.err;
+  BgrBuilder far;
+  far.Origin(0, 0).Node(-2000, 0, 0).Node(90000, 0, 0);
+  dir.Write("a.bgr", far.Edge(0, 1, 17224, 15, 0).End().data);
+  std::filesystem::last_write_time(dir / "a.bgr", tiles);
+  ToolRun moved = Kit(dir, {"view", "a.bgr"});
+  EXPECT_EQ(moved.exitStatus, 0);
+  EXPECT_NE(moved.err.find("bgrkit view: warning: the grid of 'a.TMS' doesn't cover the network: 1 of the points its "
+                           "edges use lie outside it, the first point 1"),
+            std::string::npos)
+      << moved.err;
+}
+
+TEST(Kit, ViewWritesOneSelfContainedPage) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.bgr", Network());
+  dir.Write("a.PLY", "ORG 0 0\nLGT 1 0 0 5\n");
+  // a stand-in for the map library, whose files must end up inside the page
+  std::filesystem::create_directory(dir / "lib");
+  dir.Write("lib/leaflet.js", "var L = {}; /* the library </script> */\n//# sourceMappingURL=leaflet.js.map\n");
+  dir.Write("lib/leaflet.css", ".x { background-image: url(images/layers.png); }\n");
+  ToolRun run = Kit(dir, {"view", "a.bgr", "--attribution", "data: <ours>", "--leaflet", "lib"});
+  ASSERT_EQ(run.exitStatus, 0) << run.err;
+  std::string page = dir.Read("a.html");
+  EXPECT_EQ(page.rfind("<!DOCTYPE html>", 0), 0u);
+  EXPECT_NE(page.find("var L = {}; /* the library <\\/script> */"), std::string::npos);
+  EXPECT_NE(page.find(".x { background-image: none; }"), std::string::npos);
+  for (const char* outside : {"<script src", "<link", "url(", "sourceMappingURL"})
+    EXPECT_EQ(page.find(outside), std::string::npos) << outside;
+  EXPECT_NE(page.find("L.CRS.Simple"), std::string::npos);
+  EXPECT_NE(page.find("\"attribution\":\"data: <ours>\""), std::string::npos);  // as data, not markup
+  EXPECT_NE(page.find("warning light-numbers line 2"), std::string::npos);        // check's findings beside the map
 }
 
 }  // namespace
