@@ -4,6 +4,7 @@
 #include <bit>
 #include <cerrno>
 #include <cstring>
+#include <memory>
 
 #include "formats/little_endian.h"
 #include "frame/int32_math.h"
@@ -14,6 +15,11 @@ namespace bgr {
 
 namespace {
 constexpr std::size_t kWindowBytes = 65536;
+// A written file is built in memory and goes to the disk in one write at its
+// close; only one larger than this goes in pieces of this size, which keeps
+// the memory of the largest tile files down.
+constexpr std::size_t kWriteBufferBytes = std::size_t{1} << 20;
+constexpr std::size_t kFirstWriteBuffer = 4096;
 }
 
 std::int32_t EncodeWidth(std::int32_t width) {
@@ -91,7 +97,9 @@ bool BgrFile::Close() {
 }
 
 void BgrFile::Abandon() {
-  pending_.clear();
+  pendingSize_ = 0;
+  pendingStart_ = 0;
+  cursor_ = 0;
   writeFailed_ = false;
   DropPart(stream_, part_);
   writing_ = 0;
@@ -128,13 +136,22 @@ bool BgrFile::ReadBytes(void* out, std::size_t n) {
 
 long BgrFile::Tell() const {
   if (!stream_) return 0;
-  if (writing_) return std::ftell(stream_.get()) + static_cast<long>(pending_.size());
+  if (writing_) return pendingStart_ + static_cast<long>(cursor_);
   return windowStart_ + static_cast<long>(windowPos_);
 }
 
 bool BgrFile::Seek(long position) {
   if (!stream_ || position < 0) return false;
-  if (writing_) return FlushPending() && std::fseek(stream_.get(), position, SEEK_SET) == 0;
+  if (writing_) {
+    // a place still in memory is written there; one already on the disk is sought
+    if (position >= pendingStart_ && position <= pendingStart_ + static_cast<long>(pendingSize_)) {
+      cursor_ = static_cast<std::size_t>(position - pendingStart_);
+      return true;
+    }
+    if (!FlushPending() || std::fseek(stream_.get(), position, SEEK_SET) != 0) return false;
+    pendingStart_ = position;
+    return true;
+  }
   if (position >= windowStart_ && position <= windowStart_ + static_cast<long>(windowLen_)) {
     windowPos_ = static_cast<std::size_t>(position - windowStart_);
     return true;
@@ -149,7 +166,7 @@ long BgrFile::Length() {
   if (!stream_) return 0;
   if (writing_) FlushPending();
   std::FILE* f = stream_.get();
-  long here = std::ftell(f);
+  long here = writing_ ? pendingStart_ : std::ftell(f);
   std::fseek(f, 0, SEEK_END);
   long length = std::ftell(f);
   std::fseek(f, here, SEEK_SET);
@@ -158,18 +175,37 @@ long BgrFile::Length() {
 
 bool BgrFile::WriteBytes(const void* data, std::size_t n) {
   if (!stream_ || writeFailed_) return false;
-  const auto* bytes = static_cast<const unsigned char*>(data);
-  pending_.insert(pending_.end(), bytes, bytes + n);
-  return pending_.size() < kWindowBytes || FlushPending();
+  if (cursor_ + n > pendingRoom_ && !MakeRoom(n)) return false;
+  std::memcpy(pending_.get() + cursor_, data, n);
+  cursor_ += n;
+  pendingSize_ = std::max(pendingSize_, cursor_);
+  return true;
+}
+
+// Room for n more bytes at the cursor: the buffer goes to the disk when it has
+// reached its full size and is written at its end, else it grows.
+bool BgrFile::MakeRoom(std::size_t n) {
+  if (pendingRoom_ >= kWriteBufferBytes && cursor_ == pendingSize_) {
+    if (!FlushPending()) return false;
+    if (n <= pendingRoom_) return true;
+  }
+  std::size_t room = std::max({pendingRoom_ * 2, kFirstWriteBuffer, cursor_ + n});
+  auto grown = std::make_unique_for_overwrite<unsigned char[]>(room);
+  if (pendingSize_ != 0) std::memcpy(grown.get(), pending_.get(), pendingSize_);
+  pending_ = std::move(grown);
+  pendingRoom_ = room;
+  return true;
 }
 
 bool BgrFile::FlushPending() {
-  if (!pending_.empty() && stream_ && !writeFailed_) {
+  if (pendingSize_ != 0 && stream_ && !writeFailed_) {
     errno = 0;
-    writeFailed_ = std::fwrite(pending_.data(), 1, pending_.size(), stream_.get()) != pending_.size();
+    writeFailed_ = std::fwrite(pending_.get(), 1, pendingSize_, stream_.get()) != pendingSize_;
     if (writeFailed_) writeError_ = errno;
   }
-  pending_.clear();
+  pendingStart_ += static_cast<long>(pendingSize_);
+  pendingSize_ = 0;
+  cursor_ = 0;
   return !writeFailed_;
 }
 

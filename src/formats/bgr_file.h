@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,9 +87,11 @@ class BgrFile {
   // Reading goes through a window of the file of our own, so that the many
   // tries of a tag that isn't there (and the seeks back) cost no system call.
   bool ReadBytes(void* out, std::size_t n);
-  // Writing goes through a buffer of our own too: a file of millions of words
-  // would otherwise cost a library call each.
+  // Writing goes through a buffer of our own too, in which Seek and Tell work
+  // without a system call: a file of millions of words would otherwise cost a
+  // library call each, and a length patched in place two seeks.
   bool WriteBytes(const void* data, std::size_t n);
+  bool MakeRoom(std::size_t n);
   bool FlushPending();
   int GetByte();
   bool Refill();
@@ -100,7 +103,11 @@ class BgrFile {
   std::string part_;  // the name written to until Close, when replacing
   Stream stream_;
   std::vector<unsigned char> window_;
-  std::vector<unsigned char> pending_;
+  std::unique_ptr<unsigned char[]> pending_;
+  std::size_t pendingSize_ = 0;
+  std::size_t pendingRoom_ = 0;
+  long pendingStart_ = 0;   // where pending_ begins in the file
+  std::size_t cursor_ = 0;  // where the next write goes in pending_
   bool writeFailed_ = false;
   int writeError_ = 0;  // the system's reason of a failed write
   long windowStart_ = 0;
