@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -58,6 +59,7 @@ bool BgrFile::OpenWrite(RunContext& ctx, std::string_view name) {
   name_ = name;
   writing_ = 1;
   stream_ = WrapFileOpen(ctx, name, "wb");
+  Unbuffer();
   WriteTag("<bgno>");
   return static_cast<bool>(stream_);
 }
@@ -68,8 +70,14 @@ bool BgrFile::OpenReplace(RunContext& ctx, std::string_view name) {
   name_ = name;
   writing_ = 1;
   stream_ = OpenPart(ctx, name, part_);
+  Unbuffer();
   WriteTag("<bgno>");
   return static_cast<bool>(stream_);
+}
+
+// The writer keeps its own buffer: the stream's would only split its writes.
+void BgrFile::Unbuffer() {
+  if (stream_) std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
 }
 
 bool BgrFile::Close() {

@@ -91,6 +91,7 @@ class BgrFile {
   // without a system call: a file of millions of words would otherwise cost a
   // library call each, and a length patched in place two seeks.
   bool WriteBytes(const void* data, std::size_t n);
+  void Unbuffer();
   bool MakeRoom(std::size_t n);
   bool FlushPending();
   int GetByte();
