@@ -244,6 +244,16 @@ bool BgrFile::WriteLong(std::int32_t value) {
   return WriteBytes(b, 4);
 }
 
+bool BgrFile::WriteLongs(const std::int32_t* values, std::size_t n) {
+  if (!stream_ || writeFailed_) return false;
+  if (cursor_ + 4 * n > pendingRoom_ && !MakeRoom(4 * n)) return false;
+  unsigned char* at = pending_.get() + cursor_;
+  for (std::size_t i = 0; i < n; ++i, at += 4) EncodeU32(static_cast<std::uint32_t>(values[i]), at);
+  cursor_ += 4 * n;
+  pendingSize_ = std::max(pendingSize_, cursor_);
+  return true;
+}
+
 bool BgrFile::WriteRaw32(const void* word) {
   std::uint32_t u;
   std::memcpy(&u, word, 4);

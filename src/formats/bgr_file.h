@@ -64,6 +64,8 @@ class BgrFile {
   // True when the tag and its zero come next; otherwise the stream stays put.
   bool ReadTag(std::string_view text);
   bool WriteLong(std::int32_t value);
+  // n values, as n WriteLong calls would write them.
+  bool WriteLongs(const std::int32_t* values, std::size_t n);
   bool WriteRaw32(const void* word);
   bool WriteDouble(double value);
   bool ReadLong(std::int32_t* value);
