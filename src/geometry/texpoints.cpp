@@ -109,11 +109,10 @@ std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
   std::size_t bit = FilterBit(key);
   if (!(filter_[bit / 64] >> (bit % 64) & 1)) return slots_.size();
   std::size_t mask = slots_.size() - 1;
-  std::uint32_t tag = Tag(key);
   for (std::size_t at = bit >> kFilterBitsPerSlotLog2;; at = (at + 1) & mask) {
     const CellSlot& slot = slots_[at];
     if (slot.head == kFree) return slots_.size();
-    if (slot.tag == tag && slot.head != kGone && CellOf(points_[static_cast<std::size_t>(slot.head)]) == key) return at;
+    if (slot.head != kGone && CellOf(points_[static_cast<std::size_t>(slot.head)]) == key) return at;
   }
 }
 
@@ -145,7 +144,7 @@ void TEXPOINTS::Index(std::int32_t i) {
     for (slot = Home(key); slots_[slot].head >= 0; slot = (slot + 1) & mask) {
     }
     if (slots_[slot].head == kFree) ++slotsTaken_;
-    slots_[slot] = {Tag(key), i};
+    slots_[slot] = {i};
     std::size_t bit = FilterBit(key);
     filter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
     n(i) = -1;

@@ -79,17 +79,14 @@ class TEXPOINTS {
 
   // The cells: an open-addressed table whose slots hold the first point of a
   // cell (its key is that point's cell); the cell's other points follow it
-  // through next_ by rising number. A tag of the key beside the head spares
-  // most probes the read of the point.
+  // through next_ by rising number.
   static constexpr std::int32_t kFree = -1;
   static constexpr std::int32_t kGone = -2;  // a cell emptied: the probe goes on past it
   struct CellSlot {
-    std::uint32_t tag = 0;
     std::int32_t head = kFree;
   };
-  static std::uint32_t Tag(std::uint64_t key) { return static_cast<std::uint32_t>(key ^ (key >> 32)); }
   // A bit per hash of the cells that were ever indexed since the last growth:
-  // most searches for a new point end there, in a table a sixteenth of the
+  // most searches for a new point end there, in a table an eighth of the
   // slots' size.
   static constexpr int kFilterBitsPerSlotLog2 = 2;
   std::size_t FilterBit(std::uint64_t key) const;
