@@ -14,6 +14,7 @@ need_packages() {
         command -v x86_64-w64-mingw32-g++-posix >/dev/null || missing+=(g++-mingw-w64-x86-64)
         command -v wine >/dev/null || missing+=(wine wine64)
         command -v dpkg-source >/dev/null || missing+=(dpkg-dev)
+        [ -f /usr/x86_64-w64-mingw32/include/zlib.h ] || missing+=(libz-mingw-w64-dev)
         ;;
       kit)
         [ -f /usr/include/CLI/CLI.hpp ] || missing+=(libcli11-dev)
@@ -22,6 +23,11 @@ need_packages() {
         [ -f /usr/include/cairo/cairo.h ] || missing+=(libcairo2-dev)
         command -v pkg-config >/dev/null || missing+=(pkg-config)
         ls /usr/lib/*/librsvg-2.so.2 >/dev/null 2>&1 || missing+=(librsvg2-2)
+        [ -f /usr/include/osmium/osm.hpp ] || missing+=(libosmium2-dev)
+        [ -f /usr/include/protozero/pbf_reader.hpp ] || missing+=(libprotozero-dev)
+        [ -f /usr/include/zlib.h ] || missing+=(zlib1g-dev)
+        [ -f /usr/include/bzlib.h ] || missing+=(libbz2-dev)
+        [ -f /usr/include/expat.h ] || missing+=(libexpat1-dev)
         [ -f /usr/share/javascript/leaflet/leaflet.js ] || missing+=(libjs-leaflet)
         ;;
       browser)

@@ -2,9 +2,12 @@
 
 #include <exception>
 #include <span>
+#include <string>
+#include <string_view>
 
 #include "frame/options.h"
 #include "frame/run_context.h"
+#include "platform/platform.h"
 #include "tools/commands.h"
 
 namespace bgr {
@@ -52,6 +55,15 @@ int Dispatch(RunContext& ctx, int argc, const char* const* argv) {
 }
 
 int RunBgrtool(int argc, const char* const* argv, OutputSink& console, OutputSink& diagnostics) {
+  // --help and --version alone run no command and leave report.txt alone; they
+  // give 1, this program's "done". A file of that name is still listed.
+  if (argc == 2 && argv[1] && platform::KindOf(argv[1]) == platform::PathKind::kMissing) {
+    std::string_view only = argv[1];
+    if (only == "--help" || only == "--version") {
+      console.Write(only == "--help" ? kHelpText : std::string("bgrtool") + kVersion + "\n");
+      return 1;
+    }
+  }
   RunContext ctx(console, diagnostics);
   ctx.ReportStart(argc, argv, kVersion, true, false);
   try {

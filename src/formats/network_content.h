@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,5 +32,14 @@ struct NetworkContent {
 // Reads through the library's BGR reader; a failed open is reported as every
 // open is.
 NetworkContent ReadNetworkContent(RunContext& ctx, std::string_view path);
+
+// What stands at 'path' instead of a network, in words for the user: why it
+// can't be read, a folder, an empty file, a tile file, no BGR record at its
+// start, its first record cut short. Empty when it begins as a network.
+std::string WhatStandsInstead(std::string_view path);
+// The file begins as a tile file: the BGR framing with the tile grid behind the origin.
+bool IsTileFile(std::string_view path);
+// The same on standard error, behind the program's name and the path.
+void TellWhatStandsInstead(RunContext& ctx, std::string_view path);
 
 }  // namespace bgr

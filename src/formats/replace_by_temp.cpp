@@ -1,6 +1,7 @@
 #include "formats/replace_by_temp.h"
 
 #include "formats/bgr_file.h"
+#include "formats/network_content.h"
 #include "frame/file_access.h"
 #include "frame/run_context.h"
 
@@ -56,6 +57,7 @@ int OpenSourceAndTemp(RunContext& ctx, TempEdit& edit, BgrFile& source, BgrFile&
   if (!source.OpenRead(ctx, name)) {
     ok = 0;
     ctx.Report(std::string(command) + " source file '%s' not found", name);
+    TellWhatStandsInstead(ctx, name);
   }
   if (!edit.OpenTemp(temp, {name})) ok = 0;
   return ok;

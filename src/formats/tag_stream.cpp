@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "formats/little_endian.h"
+#include "formats/network_content.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "platform/platform.h"
@@ -97,6 +98,7 @@ CopyStreams::CopyStreams(RunContext& ctx, std::string_view source, std::string_v
     ok = 0;
     ctx.Report("BgrMove source file '%s' not found", source);
   }
+  TellWhatStandsInstead(ctx, source);  // also a file that opens but holds no network
   if (!out.Open(ctx, destination)) {
     ok = 0;
     ctx.Report("BgrMove dest file '%s' not openable", destination);

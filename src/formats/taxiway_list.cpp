@@ -65,6 +65,17 @@ std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
     while (edgeCount < kMaxEdges && file.ReadEdge(read)) {
       edges[static_cast<std::size_t>(edgeCount++)] = TaxiwayEdge{read.from, read.to, read.width, read.type, read.flags};
     }
+    // a damaged or overfull file loads in part without a word of the report; say where it stopped
+    bool closed = file.ReadTag("<endo>");
+    long at = file.Tell(), length = file.Length();
+    if (at != length) {
+      ctx_.diagnostics().Printf(
+          "bgrtool: warning: '%.*s': the reading stopped at byte %ld of %ld; what follows is not read\n",
+          static_cast<int>(path.size()), path.data(), at, length);
+    } else if (!closed) {
+      ctx_.diagnostics().Printf("bgrtool: warning: '%.*s': the file is cut short at byte %ld, inside a record\n",
+                                static_cast<int>(path.size()), path.data(), at);
+    }
     file.Abandon();
     result = 1;
     state = NetState::kOpen;
@@ -83,8 +94,10 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     return 0;
   }
   BgrFile file;
-  if (!file.OpenReplace(ctx_, path)) {
-    // the report has the failed open; say on standard error what it costs
+  bool opened = file.OpenReplace(ctx_, path);
+  if (!opened && !ctx_.once.networkNotSaved) {
+    // the report has the failed open; say on standard error, once, what it costs
+    ctx_.once.networkNotSaved = true;
     int reason = errno;
     ctx_.diagnostics().Printf("bgrtool: the network '%.*s' is not saved: %s\n", static_cast<int>(path.size()),
                               path.data(), std::strerror(reason));
@@ -101,7 +114,7 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
     }
     file.WriteEdge({e.start, e.end, e.width, e.type, 0, e.flags});
   }
-  bool written = file.Close();
+  bool written = file.Close() && opened;
   Reset();
   return written ? 1 : 0;
 }

@@ -126,6 +126,25 @@ bool FileExists(RunContext& ctx, std::string_view name) {
   return static_cast<bool>(WrapFileOpen(ctx, name, "exists"));
 }
 
+std::string WhyUnreadable(std::string_view name) {
+  name = SkipBlanks(name);
+  switch (platform::KindOf(name)) {
+    case platform::PathKind::kDirectory:
+      return "it is a folder";
+    case platform::PathKind::kDevice:
+    case platform::PathKind::kOther:
+      return "it is a device or a pipe, not a file";
+    default:
+      break;
+  }
+  errno = ENOENT;  // an empty name opens nothing and sets nothing
+  if (std::FILE* f = platform::OpenFile(name, "rb")) {
+    std::fclose(f);
+    return {};
+  }
+  return std::strerror(errno);
+}
+
 int DeleteFiles(std::string_view pattern) {
   if (pattern.find_first_of("?*") == std::string_view::npos) return platform::RemoveFile(pattern) ? 1 : 0;
   std::string dir(platform::FolderPart(pattern));

@@ -77,6 +77,9 @@ class OutputFile {
 };
 bool WrapFileClose(Stream& stream);
 bool FileExists(RunContext& ctx, std::string_view name);
+// Why a file can't be read, in the system's words ("No such file or directory")
+// or ours ("it is a folder"); empty when it opens for reading.
+std::string WhyUnreadable(std::string_view name);
 int DeleteFiles(std::string_view pattern);
 // Moves a file to another name; 0 when done, as the command interpreter's move.
 int ShellMove(std::string_view from, std::string_view to);

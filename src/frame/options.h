@@ -6,6 +6,8 @@
 
 namespace bgr {
 
+inline constexpr const char* kVersion = " v1.03";
+
 enum class Mode : std::int32_t {
   List = 1,
   Move = 2,

@@ -40,6 +40,9 @@ class OutputSink {
   bool Flush();
   // What a capturing sink holds; the sink starts empty again.
   std::string Take();
+  // A terminal shows progress that a file or a pipe would only collect.
+  bool terminal() const { return terminal_; }
+  void SetTerminal(bool terminal) { terminal_ = terminal; }
 
  private:
   static constexpr std::size_t kBufferBytes = 1 << 16;
@@ -52,6 +55,7 @@ class OutputSink {
   std::size_t used_ = 0;
   std::string captured_;
   bool failed_ = false;
+  bool terminal_ = false;
 };
 
 }  // namespace bgr

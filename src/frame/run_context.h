@@ -34,6 +34,7 @@ struct OnceWarnings {
   bool segmentListFull = false;   // SegmentList::Add, both lists of the TMS job
   bool apronComplex = false;      // GenerateApron: a polygon with holes or touching itself
   bool apronTriangulationFailed = false;  // GenerateApronPolygons
+  bool networkNotSaved = false;   // TaxiwayList::Save, on standard error
 };
 
 // The point range of the TMS listing; it starts once a run and is never reset.

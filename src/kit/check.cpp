@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -11,6 +12,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "formats/bgr_file.h"
 #include "formats/taxiway_list.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
@@ -89,11 +91,20 @@ void MovedPoints(const std::vector<TEXPOINT>& before, const TEXPOINTS& after, st
 
 std::vector<TEXPOINT> Snapshot(const TEXPOINTS& points) { return {points.points().begin(), points.points().end()}; }
 
-// Ends that no runway pass moved but that lie just beyond a runway's reach.
+// Taxiway ends that no runway pass moved but that lie just beyond a runway's
+// reach; a runway's own end is no taxiway end, as the pass has it.
 void NearRunways(TmsJob& job, const std::vector<TEXPOINT>& start, Foreseen& f) {
+  std::vector<char> taxiwayEnd(start.size(), 0);
+  for (std::int32_t i = 0; i < job.EdgeCount(); ++i) {
+    const TaxiwayEdge& e = job.Edge(i);
+    if (e.type != kTaxiway) continue;
+    for (std::int32_t q : {e.start, e.end})
+      if (q >= 0 && static_cast<std::size_t>(q) < taxiwayEnd.size()) taxiwayEnd[static_cast<std::size_t>(q)] = 1;
+  }
   for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
     const TEXPOINT& p = job.network.points[q];
-    if (job.Mark(q) != 1 || p.x != start[static_cast<std::size_t>(q)].x || p.z != start[static_cast<std::size_t>(q)].z)
+    if (job.Mark(q) != 1 || !taxiwayEnd[static_cast<std::size_t>(q)] || p.x != start[static_cast<std::size_t>(q)].x ||
+        p.z != start[static_cast<std::size_t>(q)].z)
       continue;
     for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
       double d = job.runwayList.At(s)->line.SegmentDistance(p.x, p.z);
@@ -166,7 +177,7 @@ bool LoadCheckInput(const std::string& path, CheckInput& input, std::string& err
   KitRun run;
   input.path = path;
   if (!FileExists(run.ctx, path)) {
-    error = "cannot read '" + path + "'";
+    error = "cannot read '" + path + "': " + WhyUnreadable(path);
     return false;
   }
   input.network = ReadNetworkContent(run.ctx, path);
@@ -181,7 +192,12 @@ bool LoadCheckInput(const std::string& path, CheckInput& input, std::string& err
 void CheckFile(const CheckInput& in, Findings& out) {
   const NetworkContent& n = in.network;
   if (!n.read) {
-    out.push_back(Make(Severity::kError, "not-a-network", "file", -1, "'" + in.path + "' does not begin as a BGR network"));
+    std::string what = WhatStandsInstead(in.path);
+    out.push_back(Make(Severity::kError, "not-a-network", "file", -1,
+                       "'" + in.path + "' does not begin as a BGR network" + (what.empty() ? "" : ": " + what)));
+  } else if (IsTileFile(in.path)) {
+    out.push_back(Make(Severity::kError, "tile-file", "file", -1,
+                       "this is a tile file (TMS), not a network: bgrtool lists it, bgrkit render draws it"));
   } else if (!n.complete) {
     out.push_back(Make(Severity::kError, "damaged-file", "file", -1,
                        "the records stop at byte " + std::to_string(n.stoppedAt) + " of " + std::to_string(n.length) +
@@ -268,8 +284,34 @@ void CheckDuplicateEdges(const CheckInput& in, Findings& out) {
   }
 }
 
+// A width comes back from a write and a read as DecodeWidth(EncodeWidth(w)):
+// 1 ft less, unless it is a multiple of 25 ft (64 code steps).
+void CheckWidthsKept(const NetworkContent& n, Findings& out) {
+  std::map<std::int32_t, std::int32_t> shrinking;  // width -> edges
+  for (const EdgeRecord& e : n.edges)
+    if (e.width >= kLeastWidth && e.width <= kMostWidth && DecodeWidth(EncodeWidth(e.width)) != e.width)
+      ++shrinking[e.width];
+  if (shrinking.empty()) return;
+  std::int32_t edges = 0;
+  std::string widths;
+  for (const auto& [width, count] : shrinking) {
+    edges += count;
+    if (widths.size() < 60) {
+      widths += (widths.empty() ? "" : ", ") + std::to_string(width) + " ft (" + std::to_string(count) +
+                (count == 1 ? " edge)" : " edges)");
+    } else if (widths.back() != '.') {
+      widths += ", ...";
+    }
+  }
+  out.push_back(Make(Severity::kWarning, "width-shrinks", "network", -1,
+                     std::to_string(edges) + (edges == 1 ? " edge loses" : " edges lose") +
+                         " 1 ft of width at every write-back by -tm or a script: " + widths +
+                         "; only multiples of 25 ft come back as they were written"));
+}
+
 void CheckWidths(const CheckInput& in, Findings& out) {
   const NetworkContent& n = in.network;
+  CheckWidthsKept(n, out);
   for (std::size_t i = 0; i < n.edges.size(); ++i) {
     const EdgeRecord& e = n.edges[i];
     if (e.width >= kLeastWidth && e.width <= kMostWidth) continue;
@@ -380,12 +422,25 @@ void CheckAprons(const CheckInput& in, Findings& out) {
   if (in.plyPath.empty()) return;
   // the polygons as drawn
   std::int64_t k = 0;
+  using Corners = std::vector<std::pair<std::int32_t, std::int32_t>>;
+  std::map<Corners, std::int64_t> seen;  // corners -> first polygon
+  Corners before;
   for (const std::vector<TEXPOINT>& corners : in.ply.polygons) {
     ++k;
     const TEXPOINT& first = corners.front();
     auto make = [&](Severity s, const char* code, std::string text) {
       out.push_back(At(Make(s, code, "polygon", k, std::move(text)), first.x, first.z));
     };
+    Corners key;
+    for (const TEXPOINT& c : corners) key.emplace_back(c.x, c.z);
+    auto [earlier, fresh] = seen.emplace(key, k);
+    // right behind its twin -tm makes it once (a note below); anywhere else it lays it again
+    bool twinBefore = key == before;
+    before = std::move(key);
+    if (!fresh && !twinBefore)
+      make(Severity::kWarning, "repeated-apron",
+           "repeats polygon " + std::to_string(earlier->second) +
+               " corner for corner, and -tm lays it again; a script run twice appends its aprons a second time");
     bool ring = corners.size() > 1 && corners.back().Equals(first.x, first.y, first.z);
     std::size_t n = corners.size() - (ring ? 1 : 0);
     if (ring)
@@ -514,55 +569,83 @@ std::string FormatFinding(const Finding& f) {
 namespace {
 
 struct Options {
-  std::string bgr;
+  std::vector<std::string> files;
   bool json = false;
 };
 
-int Check(const Options& o) {
+using Counts = std::array<int, 3>;  // errors, warnings, notes
+
+std::string Counted(int n, const char* what) { return std::to_string(n) + " " + what + (n == 1 ? "" : "s"); }
+
+nlohmann::ordered_json Document(const std::string& path, const std::string& ply, const Findings& findings,
+                                const Counts& counts) {
+  nlohmann::ordered_json doc;
+  doc["file"] = path;
+  doc["ply"] = ply.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(ply);
+  doc["findings"] = nlohmann::ordered_json::array();
+  for (const Finding& f : findings) {
+    nlohmann::ordered_json j;
+    j["severity"] = SeverityName(f.severity);
+    j["code"] = f.code;
+    j["object"] = f.object;
+    j["number"] = f.number >= 0 ? nlohmann::ordered_json(f.number) : nlohmann::ordered_json();
+    j["location"] = f.placed ? nlohmann::ordered_json{{"x", f.x}, {"z", f.z}} : nlohmann::ordered_json();
+    j["message"] = f.message;
+    doc["findings"].push_back(std::move(j));
+  }
+  doc["summary"] = {{"errors", counts[0]}, {"warnings", counts[1]}, {"notes", counts[2]}};
+  return doc;
+}
+
+// One file: its findings and summary line, or its JSON document; adds its counts to 'total'.
+void CheckOne(const Options& o, const std::string& path, Counts& total, nlohmann::ordered_json& docs) {
   CheckInput input;
   std::string error;
-  if (!LoadCheckInput(o.bgr, input, error)) {
-    std::cerr << "bgrkit check: " << error << "\n";
-    return kFailed;
-  }
-  Findings findings = CheckAll(input);
-  int counts[3] = {0, 0, 0};
-  for (const Finding& f : findings) ++counts[static_cast<int>(f.severity)];
-  if (o.json) {
-    nlohmann::ordered_json doc;
-    doc["file"] = input.path;
-    doc["ply"] = input.plyPath.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(input.plyPath);
-    doc["findings"] = nlohmann::ordered_json::array();
-    for (const Finding& f : findings) {
-      nlohmann::ordered_json j;
-      j["severity"] = SeverityName(f.severity);
-      j["code"] = f.code;
-      j["object"] = f.object;
-      j["number"] = f.number >= 0 ? nlohmann::ordered_json(f.number) : nlohmann::ordered_json();
-      j["location"] = f.placed ? nlohmann::ordered_json{{"x", f.x}, {"z", f.z}} : nlohmann::ordered_json();
-      j["message"] = f.message;
-      doc["findings"].push_back(std::move(j));
-    }
-    doc["summary"] = {{"errors", counts[0]}, {"warnings", counts[1]}, {"notes", counts[2]}};
-    std::cout << doc.dump(2) << "\n";
+  Findings findings;
+  if (LoadCheckInput(path, input, error)) {
+    findings = CheckAll(input);
   } else {
-    auto counted = [](int n, const char* what) { return std::to_string(n) + " " + what + (n == 1 ? "" : "s"); };
-    for (const Finding& f : findings) std::cout << FormatFinding(f) << "\n";
-    std::cout << input.path << ": " << counted(counts[0], "error") << ", " << counted(counts[1], "warning") << ", "
-              << counted(counts[2], "note") << "\n";
+    // the file can't be read: one error, so that every file has its summary
+    std::cerr << "bgrkit check: " << error << "\n";
+    findings.push_back(Make(Severity::kError, "unreadable", "file", -1, error));
   }
-  return counts[0] + counts[1] > 0 ? kFailed : kDone;
+  Counts counts{0, 0, 0};
+  for (const Finding& f : findings) ++counts[static_cast<std::size_t>(f.severity)];
+  for (std::size_t i = 0; i < counts.size(); ++i) total[i] += counts[i];
+  if (o.json) {
+    docs.push_back(Document(path, input.plyPath, findings, counts));
+    return;
+  }
+  std::string prefix = o.files.size() > 1 ? path + ": " : "";
+  for (const Finding& f : findings) std::cout << prefix << FormatFinding(f) << "\n";
+  std::cout << path << ": " << Counted(counts[0], "error") << ", " << Counted(counts[1], "warning") << ", "
+            << Counted(counts[2], "note") << "\n";
+}
+
+int Check(const Options& o) {
+  Counts total{0, 0, 0};
+  nlohmann::ordered_json docs = nlohmann::ordered_json::array();
+  for (const std::string& path : o.files) CheckOne(o, path, total, docs);
+  if (o.json) {
+    // one file keeps the one document; several make an array of them
+    std::cout << (docs.size() == 1 ? docs[0] : docs).dump(2) << "\n";
+  } else if (o.files.size() > 1) {
+    std::cout << "total: " << Counted(static_cast<int>(o.files.size()), "file") << ", " << Counted(total[0], "error")
+              << ", " << Counted(total[1], "warning") << ", " << Counted(total[2], "note") << "\n";
+  }
+  return total[0] + total[1] > 0 ? kFailed : kDone;
 }
 
 }  // namespace
 
 std::function<int()> SetupCheck(CLI::App& command) {
   auto o = std::make_shared<Options>();
-  command.add_option("network", o->bgr, "the BGR network; its PLY companion beside it is checked too")->required();
-  command.add_flag("--json", o->json, "write the findings as one JSON document");
+  command.add_option("networks", o->files, "BGR networks; the PLY companion beside each is checked too")->required();
+  command.add_flag("--json", o->json, "write the findings as one JSON document (an array of them for several files)");
   command.footer(
-      "One line a finding: severity code object location: message, sorted by severity, then object.\n"
-      "Notes foresee what -tm repairs; errors and warnings are problems, and make the exit value 1.");
+      "One line a finding: severity code object location: message, sorted by severity, then object,\n"
+      "then a summary line per file and, for several files, a total. Notes foresee what -tm repairs;\n"
+      "errors and warnings are problems, and make the exit value 1. A file that can't be read is an error.");
   return [o] { return Check(*o); };
 }
 

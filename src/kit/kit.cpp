@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <iostream>
 
+#include "frame/options.h"
+
 namespace bgr::kit {
 
 std::vector<Subcommand> Subcommands() {
@@ -11,6 +13,8 @@ std::vector<Subcommand> Subcommands() {
       {"makedb", "build the airport database (DBD and dbt) from a CSV of airports", SetupMakeDb},
       {"render", "draw a network, its PLY companion and its tiles as SVG or PNG", SetupRender},
       {"check", "find what is wrong with a network and its PLY companion before -tm does", SetupCheck},
+      {"osm", "airport scripts and an airports table from OpenStreetMap data (.osm.pbf, .osm)", SetupOsm},
+      {"runways", "RWY lines of an airport script from the OurAirports runways table", SetupRunways},
       {"view", "write one HTML page to pan and zoom a network, its tiles and check's findings", SetupView},
   };
 }
@@ -19,6 +23,9 @@ int RunKit(int argc, const char* const* argv) {
   CLI::App app{"bgrkit: companion tools for bgrtool's airport networks"};
   app.name("bgrkit");
   app.require_subcommand(0, 1);
+  app.set_version_flag("--version", std::string("bgrkit") + kVersion);
+  // a path that begins with a slash is a file, on Windows too, not an option
+  app.allow_windows_style_options(false);
   std::function<int()> work;
   std::vector<std::pair<CLI::App*, std::function<int()>>> commands;
   for (const Subcommand& sub : Subcommands()) {
@@ -34,6 +41,8 @@ int RunKit(int argc, const char* const* argv) {
     return app.exit(e) == 0 ? kDone : kBadUsage;
   } catch (const CLI::CallForAllHelp& e) {
     return app.exit(e) == 0 ? kDone : kBadUsage;
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e) == 0 ? kDone : kBadUsage;
   } catch (const CLI::ParseError& e) {
     app.exit(e);
     return kBadUsage;
@@ -45,7 +54,7 @@ int RunKit(int argc, const char* const* argv) {
     }
     for (auto& [command, run] : commands) {
       if (command->get_name() == topic) {
-        std::cout << command->help();
+        std::cout << command->help("bgrkit");
         return kDone;
       }
     }

@@ -55,6 +55,8 @@ int RunKit(int argc, const char* const* argv);
 std::function<int()> SetupMakeDb(CLI::App& command);
 std::function<int()> SetupRender(CLI::App& command);
 std::function<int()> SetupCheck(CLI::App& command);
+std::function<int()> SetupOsm(CLI::App& command);
+std::function<int()> SetupRunways(CLI::App& command);
 std::function<int()> SetupView(CLI::App& command);
 
 }  // namespace bgr::kit

@@ -6,17 +6,17 @@
 //        the latitude and the longitude as little-endian doubles in
 //        arc-seconds, north and east positive, the longitude from 0 to 1296000.
 //   dbt: one line a field, "tag,offset,size,type": aica, alat, alon.
-#include <csv.h>
-
 #include <CLI/CLI.hpp>
 #include <bit>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <map>
 
 #include "frame/file_access.h"
 #include "frame/text.h"
+#include "kit/csv_table.h"
 #include "kit/kit.h"
 
 namespace bgr::kit {
@@ -31,66 +31,35 @@ struct Options {
   std::string csv;
   std::string output;
   std::string codeColumn, latColumn, lonColumn;
+  bool codeGiven = false, latGiven = false, lonGiven = false;  // named on the command line
 };
 
-// Rows of a CSV file as libcsv hands them over.
-struct Table {
-  std::vector<std::string> row;
-  std::vector<std::vector<std::string>> rows;
-  static void Field(void* text, std::size_t length, void* self) {
-    static_cast<Table*>(self)->row.emplace_back(static_cast<const char*>(text), length);
+// "ident,gps_code": names tried in order.
+std::vector<std::string> SplitNames(const std::string& text) {
+  std::vector<std::string> names;
+  std::size_t at = 0;
+  while (at <= text.size()) {
+    std::size_t comma = std::min(text.find(',', at), text.size());
+    names.push_back(text.substr(at, comma - at));
+    at = comma + 1;
   }
-  static void End(int, void* self) {
-    auto* t = static_cast<Table*>(self);
-    t->rows.push_back(std::move(t->row));
-    t->row.clear();
-  }
-};
-
-bool ReadCsv(const std::string& path, Table& table, std::string& error) {
-  std::FILE* f = std::fopen(path.c_str(), "rb");
-  if (!f) {
-    error = "cannot read '" + path + "': " + std::strerror(errno);
-    return false;
-  }
-  csv_parser parser;
-  csv_init(&parser, CSV_APPEND_NULL);
-  char buffer[65536];
-  std::size_t n;
-  bool ok = true;
-  while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) {
-    if (csv_parse(&parser, buffer, n, Table::Field, Table::End, &table) != n) {
-      error = "'" + path + "' is no CSV: " + csv_strerror(csv_error(&parser));
-      ok = false;
-      break;
-    }
-  }
-  if (ok && std::ferror(f)) {
-    error = "cannot read '" + path + "'";
-    ok = false;
-  }
-  if (ok) csv_fini(&parser, Table::Field, Table::End, &table);
-  csv_free(&parser);
-  std::fclose(f);
-  return ok;
+  return names;
 }
 
-// The first of the names that the header has, or -1.
-int Column(const std::vector<std::string>& header, const std::vector<std::string>& names) {
-  for (const std::string& name : names) {
-    for (std::size_t i = 0; i < header.size(); ++i) {
-      if (CompareNoCase(header[i], name) == 0) return static_cast<int>(i);
-    }
+// Codes on more than one row are all kept; the nearest airport wins a lookup.
+void TellDuplicates(const std::map<std::string, std::vector<std::size_t>>& linesOf) {
+  std::size_t doubled = 0;
+  std::string shown;
+  for (const auto& [code, lines] : linesOf) {
+    if (lines.size() < 2) continue;
+    if (++doubled > kShownBadRows) continue;
+    shown += (shown.empty() ? " " : ", ") + code + " (lines";
+    for (std::size_t i = 0; i < lines.size(); ++i) shown += (i ? ", " : " ") + std::to_string(lines[i]);
+    shown += ")";
   }
-  return -1;
-}
-
-// A whole field that is a finite number.
-bool Number(const std::string& text, double* out) {
-  if (text.empty()) return false;
-  char* end = nullptr;
-  *out = std::strtod(text.c_str(), &end);
-  return end == text.c_str() + text.size() && std::isfinite(*out);
+  if (doubled == 0) return;
+  std::cerr << "bgrkit makedb: " << doubled << (doubled == 1 ? " code stands" : " codes stand")
+            << " on more than one row, and each row is kept:" << shown << (doubled > kShownBadRows ? ", ...\n" : "\n");
 }
 
 void PutWord(std::string& bytes, std::uint32_t v) {
@@ -125,32 +94,60 @@ int MakeDb(const Options& o) {
     return kFailed;
   }
   const auto& header = table.rows.front();
-  int code = Column(header, {o.codeColumn, "ident", "code", "icao"});
-  int lat = Column(header, {o.latColumn, "latitude_deg", "latitude", "lat"});
-  int lon = Column(header, {o.lonColumn, "longitude_deg", "longitude", "lon"});
-  if (code < 0 || lat < 0 || lon < 0) {
+  // a column the user named must be there; only the defaults fall back on other names
+  std::vector<int> codes;
+  int lat = -1, lon = -1;
+  std::string missing;
+  if (o.codeGiven) {
+    for (const std::string& name : SplitNames(o.codeColumn)) {
+      codes.push_back(Column(header, {name}));
+      if (codes.back() < 0 && missing.empty()) missing = "'" + name + "' (--code)";
+    }
+  } else {
+    codes.push_back(Column(header, {o.codeColumn, "ident", "code", "icao"}));
+  }
+  lat = o.latGiven ? Column(header, {o.latColumn}) : Column(header, {o.latColumn, "latitude_deg", "latitude", "lat"});
+  lon = o.lonGiven ? Column(header, {o.lonColumn}) : Column(header, {o.lonColumn, "longitude_deg", "longitude", "lon"});
+  if (missing.empty() && lat < 0 && o.latGiven) missing = "'" + o.latColumn + "' (--lat)";
+  if (missing.empty() && lon < 0 && o.lonGiven) missing = "'" + o.lonColumn + "' (--lon)";
+  if (!missing.empty()) {
+    std::cerr << "bgrkit makedb: '" << o.csv << "' has no column " << missing << "; its columns are";
+    for (std::size_t i = 0; i < header.size(); ++i) std::cerr << (i ? ", " : " ") << header[i];
+    std::cerr << "\n";
+    return kBadUsage;
+  }
+  if (codes.empty() || codes.front() < 0 || lat < 0 || lon < 0) {
     std::cerr << "bgrkit makedb: '" << o.csv << "' lacks a column for the "
-              << (code < 0 ? "code" : lat < 0 ? "latitude" : "longitude") << " (--code, --lat, --lon name them)\n";
+              << (codes.empty() || codes.front() < 0 ? "code" : lat < 0 ? "latitude" : "longitude")
+              << " (--code, --lat, --lon name them)\n";
     return kFailed;
   }
   std::string records;
   std::uint32_t count = 0;
   std::vector<std::size_t> bad;
-  int widest = std::max({code, lat, lon});
+  std::map<std::string, std::vector<std::size_t>> linesOf;  // code -> its lines
   for (std::size_t r = 1; r < table.rows.size(); ++r) {
     const auto& row = table.rows[r];
+    auto field = [&row](int column) {
+      return static_cast<std::size_t>(column) < row.size() ? row[static_cast<std::size_t>(column)] : std::string();
+    };
+    // the first of the code columns that holds a code of 3 to 5 characters
+    std::string text;
+    for (int column : codes) {
+      std::string c = field(column);
+      if (c.size() >= 3 && c.size() <= 5 && c.find_first_of(" \t") == std::string::npos) {
+        text = c;
+        break;
+      }
+    }
     double latitude = 0, longitude = 0;
-    bool ok = static_cast<int>(row.size()) > widest && row[static_cast<std::size_t>(code)].size() >= 3 &&
-              row[static_cast<std::size_t>(code)].size() <= 5 &&
-              row[static_cast<std::size_t>(code)].find_first_of(" \t") == std::string::npos &&
-              Number(row[static_cast<std::size_t>(lat)], &latitude) &&
-              Number(row[static_cast<std::size_t>(lon)], &longitude) && std::fabs(latitude) <= 90 &&
-              std::fabs(longitude) <= 180;
+    bool ok = !text.empty() && Number(field(lat), &latitude) && Number(field(lon), &longitude) &&
+              std::fabs(latitude) <= 90 && std::fabs(longitude) <= 180;
     if (!ok) {
       bad.push_back(r + 1);
       continue;
     }
-    std::string text = row[static_cast<std::size_t>(code)];
+    linesOf[text].push_back(r + 1);
     text.resize(kCodeBytes, '\0');
     records += text;
     double east = longitude * 3600.0;
@@ -165,6 +162,7 @@ int MakeDb(const Options& o) {
     for (std::size_t i = 0; i < bad.size() && i < kShownBadRows; ++i) std::cerr << (i ? ", " : " ") << bad[i];
     std::cerr << (bad.size() > kShownBadRows ? ", ...\n" : "\n");
   }
+  TellDuplicates(linesOf);
   if (count == 0) {
     std::cerr << "bgrkit makedb: no airport in '" << o.csv << "'\n";
     return kFailed;
@@ -194,14 +192,26 @@ std::function<int()> SetupMakeDb(CLI::App& command) {
   auto o = std::make_shared<Options>();
   command.add_option("csv", o->csv, "CSV of airports with a header row")->required();
   command.add_option("output", o->output, "the database to write, e.g. DATABASE/AIRPORT.DBD")->required();
-  command.add_option("--code", o->codeColumn, "column of the airport code (3 to 5 characters)")
-      ->default_val("ident");
-  command.add_option("--lat", o->latColumn, "column of the latitude in degrees")->default_val("latitude_deg");
-  command.add_option("--lon", o->lonColumn, "column of the longitude in degrees")->default_val("longitude_deg");
+  CLI::Option* code = command
+                         .add_option("--code", o->codeColumn,
+                                     "column of the airport code (3 to 5 characters); several, as ident,gps_code, "
+                                     "are tried in order")
+                         ->default_val("ident");
+  CLI::Option* lat =
+      command.add_option("--lat", o->latColumn, "column of the latitude in degrees")->default_val("latitude_deg");
+  CLI::Option* lon =
+      command.add_option("--lon", o->lonColumn, "column of the longitude in degrees")->default_val("longitude_deg");
   command.footer(
       "The database's dbt companion is written beside it. Both files are written whole or not at all.\n"
-      "Rows with a missing field, a code not of 3 to 5 characters or a number out of range are skipped.");
-  return [o] { return MakeDb(*o); };
+      "Rows with a missing field, a code not of 3 to 5 characters or a number out of range are skipped.\n"
+      "A column named by --code, --lat or --lon that the table lacks is an error; codes on more than one\n"
+      "row are reported and kept.");
+  return [o, code, lat, lon] {
+    o->codeGiven = code->count() > 0;
+    o->latGiven = lat->count() > 0;
+    o->lonGiven = lon->count() > 0;
+    return MakeDb(*o);
+  };
 }
 
 }  // namespace bgr::kit

@@ -332,6 +332,14 @@ void UseBinaryStdio() {
 #endif
 }
 
+bool IsTerminal(std::FILE* stream) {
+#if defined(_WIN32)
+  return _isatty(_fileno(stream)) != 0;
+#else
+  return isatty(fileno(stream)) != 0;
+#endif
+}
+
 bool Writable(std::string_view path) {
   std::string native = NativePath(path);
 #if defined(_WIN32)

@@ -27,6 +27,8 @@ std::FILE* OpenFile(std::string_view path, const char* mode);
 
 // Standard output and error carry bytes as they are (no CR before LF on Windows).
 void UseBinaryStdio();
+// The stream is a terminal that a user watches, not a file or a pipe.
+bool IsTerminal(std::FILE* stream);
 
 // An existing file at the path that an open for writing would accept (not
 // marked read-only, or this user may write it anyway).

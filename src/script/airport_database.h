@@ -26,6 +26,8 @@ class AirportDatabase {
   explicit AirportDatabase(RunContext& ctx) : ctx_(ctx), fields_(ctx) {}
 
   bool IsOpen() const { return open_; }
+  // Open with its fields found: a search can find an airport.
+  bool Usable() const { return open_ && aica_ != kNoField && alat_ != kNoField && alon_ != kNoField; }
   bool Open(std::string_view path);
   void Close();
   // The field's offset in a record, 0 when the dbt file lacks the tag.

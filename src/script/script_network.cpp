@@ -4,9 +4,12 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "frame/file_access.h"
 #include "frame/int32_math.h"
+#include "frame/run_context.h"
 #include "geometry/geo_angle.h"
 #include "geometry/planar.h"
+#include "platform/platform.h"
 #include "script/airport_database.h"
 
 namespace bgr {
@@ -31,26 +34,57 @@ std::int32_t ScriptNetwork::SetReference(double lat, double lon) {
       net_.originLon = lon;
       std::string name;
       database_.FindAirport(&net_.originLat, &net_.originLon, name);
+      TellDatabaseOnce();
+      tally.why = name == "NONE" ? ScriptTally::NoNetwork::kNoAirport : ScriptTally::NoNetwork::kNone;
       if (net_.refCell.column != -1) {
         GeoAngle a, b;
         a.SetLatitude(net_.originLat);
         b.SetLongitude(net_.originLon);
         RefCell cell;
         cell.Set(a, b);
-        if (!cell.Matches(net_.refCell)) name = "NONE";
+        if (!cell.Matches(net_.refCell) && name != "NONE") {
+          name = "NONE";
+          tally.why = ScriptTally::NoNetwork::kOtherCell;
+        }
       }
+      if (tally.why == ScriptTally::NoNetwork::kNoAirport && tally.noAirport++ == 0) tally.firstNoAirport = tally.line;
+      if (tally.why == ScriptTally::NoNetwork::kOtherCell && tally.otherCell++ == 0) tally.firstOtherCell = tally.line;
       net_.bgrName = "DATA\\" + name + ".BGR";
-      if (name != "NONE") net_.Load(net_.bgrName, 1);
+      if (name != "NONE") tally.existed.emplace(net_.bgrName, net_.Load(net_.bgrName, 1) != 0);
       ForgetEdges();
     }
     ToLocalFeet(lat, lon, &net_.shiftZ, &net_.shiftX);
     if (fresh) break;
     if (std::fabs(net_.shiftZ) < kSameNetworkFeet && std::fabs(net_.shiftX) < kSameNetworkFeet) break;
-    (void)net_.Save(net_.bgrName);
+    SaveNetwork();
     ForgetEdges();
   }
   net_.state = NetState::kOpen;
   return 1;
+}
+
+void ScriptNetwork::TellDatabaseOnce() {
+  if (tally.toldDatabase || database_.Usable()) return;
+  tally.toldDatabase = true;
+  std::string why = WhyUnreadable(kAirportDatabase);
+  if (why.empty()) why = "its field list (dbt) beside it is missing or empty, or its records are cut short";
+  ctx_.diagnostics().Printf(
+      "bgrtool: the airport database '%s' can't be used: %s; no reference point finds an airport\n", kAirportDatabase,
+      why.c_str());
+}
+
+void ScriptNetwork::SaveNetwork() {
+  std::string name = net_.bgrName;
+  bool hasWork = name != kNoneBgr && net_.points.count() >= 1 && net_.edgeCount >= 1;
+  if (net_.Save(name) != 0) {
+    tally.written.insert(name);
+  } else if (hasWork) {
+    ++tally.notSaved;
+    if (!tally.toldDataFolder && platform::KindOf("DATA") != platform::PathKind::kDirectory) {
+      tally.toldDataFolder = true;
+      ctx_.diagnostics().Printf("bgrtool: there is no folder 'DATA' here, where a script's networks go\n");
+    }
+  }
 }
 
 bool ScriptNetwork::WithinDistance(std::int32_t a, std::int32_t b, std::int32_t distance) const {

@@ -33,6 +33,12 @@ class ScriptRun {
   void Point();
   void Polygon();
   void Light();
+  // What became of the runways, for the summary.
+  enum Refusal { kShort, kExcluded, kNoAirport, kOtherCell, kRefusals };
+  void Refuse(Refusal why);
+  void CheckRunwayEnds(double length, double lat1, double lon1, double lat2, double lon2);
+  void ShowProgress();
+  void TellSummary(std::string_view name) const;
   // A position field: skip one field (unless told not to) and the blanks, then parse.
   double NextAngle(std::int32_t (*parse)(std::string_view, double*), bool skipField = true);
 
@@ -49,6 +55,12 @@ class ScriptRun {
   std::array<std::int32_t, 2> moveInts_{}, lineInts_{};
   std::array<double, 6> light_{};
   std::int32_t lightKind_ = 0;
+  std::int32_t runwaysDrawn_ = 0;
+  std::array<std::int32_t, kRefusals> refused_{}, firstRefused_{};
+  std::int32_t oddRunways_ = 0, firstOdd_ = 0;  // ends that don't fit the stated length
+  double oddApart_ = 0, oddLength_ = 0;
+  std::int64_t lastProgress_ = 0;
+  bool progressShown_ = false;
 };
 
 }  // namespace bgr

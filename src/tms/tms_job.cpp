@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "formats/network_content.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
@@ -83,6 +84,7 @@ std::int32_t TmsJob::Load(std::string_view file) {
   if (network.Load(file, 0) == 0) {
     result = 0;
     ctx_.Report("BgrTms source file '%s' not found", file);
+    TellWhatStandsInstead(ctx_, file);
   }
   ctx_.console().Printf("Load(%.*s) points=%d edges=%d\n", static_cast<int>(file.size()), file.data(),
                         network.points.count(), network.edgeCount);

@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "formats/bgr_file.h"
+#include "formats/network_content.h"
 #include "formats/replace_by_temp.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
@@ -59,6 +60,7 @@ int EditPass(ScriptEdit& e, Work work) {
   } else if (!in.OpenRead(e.ctx, e.file)) {
     ok = 0;
     e.ctx.Report("Bgr source file '%s' not found", e.file);
+    TellWhatStandsInstead(e.ctx, e.file);
   }
   if (!e.edit.OpenTemp(temp, {e.file})) ok = 0;
   OriginRecord origin;

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "formats/bgr_file.h"
+#include "formats/network_content.h"
 #include "formats/tag_stream.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
@@ -151,6 +152,7 @@ int BgrList(RunContext& ctx, const Settings& settings, std::string_view name) {
     result = 0;
     ctx.Report("BgrList source file '%s' not found", name);
   }
+  TellWhatStandsInstead(ctx, name);  // also a file that opens but holds no network
   BgrLister lister(ctx, settings, source.get());
   lister.Run();
   lister.tags().WarnIfCut(ctx, name);

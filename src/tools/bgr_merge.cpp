@@ -1,4 +1,5 @@
 #include "formats/bgr_file.h"
+#include "formats/network_content.h"
 #include "formats/replace_by_temp.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
@@ -44,6 +45,7 @@ int BgrMerge(RunContext& ctx, std::string_view source, std::string_view destinat
   if (!src.OpenRead(ctx, source)) {
     result = 0;
     ctx.Report("BgrMerge source file '%s' not found", source);
+    TellWhatStandsInstead(ctx, source);
   }
   dst.OpenRead(ctx, destination);
   // a destination that is there but can't be read would be replaced by the source alone

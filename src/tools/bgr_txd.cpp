@@ -2,6 +2,7 @@
 
 #include "formats/bgr_file.h"
 #include "formats/little_endian.h"
+#include "formats/network_content.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
@@ -27,6 +28,7 @@ int BgrTxd(RunContext& ctx, std::string_view file) {
   if (!in.OpenRead(ctx, file)) {
     ok = 0;
     ctx.Report("BgrTxd source file '%s' not found", file);
+    TellWhatStandsInstead(ctx, file);
   }
   std::string dest(file);
   SetExtension(dest, "txd");

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "formats/little_endian.h"
+#include "formats/network_content.h"
 #include "formats/tag_stream.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
@@ -32,6 +33,7 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
     ok = 0;
     ctx.Report("BgrTxp source file '%s' not found", file);
   }
+  TellWhatStandsInstead(ctx, file);  // also a file that opens but holds no network
   std::string dest(file);
   SetExtension(dest, "txp");
   // a source named like its export would be replaced by it

@@ -37,6 +37,16 @@ inline std::string NotWritten(const std::string& name) { return "INFO: WrapFileO
 // The report line of a file that can't be opened for reading.
 inline std::string NotOpened(const std::string& name) { return "INFO: WrapFileOpen(" + name + ", [00] rb) failed"; }
 
+// The case with what standard error must say.
+inline CliCase Says(CliCase c, std::string err) {
+  c.err = std::move(err);
+  return c;
+}
+// Standard error of a command whose source doesn't exist.
+inline std::string NoSuchSource(const std::string& name) {
+  return "bgrtool: '" + name + "': No such file or directory\n";
+}
+
 void RunCliCase(const CliCase& c);
 
 inline std::ostream& operator<<(std::ostream& os, const CliCase& c) { return os << c.name; }

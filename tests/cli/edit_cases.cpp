@@ -50,9 +50,9 @@ void MoveAndDelete(std::vector<CliCase>& cases) {
     cases.push_back({"mv carries unknown tags and flow marks through", {"-mv10:0:1:1", "a.bgr", "b.bgr"},
                      {{"a.bgr", b.data}}, "", 1, {}, {{"b.bgr", want.data}}});
   }
-  cases.push_back(Failing("mv with a missing source leaves the destination as it was", {"-mv1", "x.bgr", "b.bgr"},
+  cases.push_back(Says(Failing("mv with a missing source leaves the destination as it was", {"-mv1", "x.bgr", "b.bgr"},
                           {{"b.bgr", Triangle()}}, "BgrMove source file 'x.bgr' not found", {NotOpened("x.bgr")},
-                          {{"b.bgr", Triangle()}}));
+                          {{"b.bgr", Triangle()}}), NoSuchSource("x.bgr")));
   cases.push_back(Failing("mv onto its own source under another case is refused", {"-mv1", "a.bgr", "A.BGR"},
                           {{"a.bgr", Triangle()}}, "BgrMove source and destination are the same file 'A.BGR'", {},
                           {{"a.bgr", Triangle()}}));
@@ -119,9 +119,9 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
                      {{"s.bgr", Source()}, {"d.bgr", Destination()}}, "", 1, {},
                      {{"d.bgr", want.data}, {"s.bgr", Source()}}, {"_TEMP_.BGR"}});
   }
-  cases.push_back(Failing("mg with a missing source leaves the destination", {"-mg", "x.bgr", "d.bgr"},
+  cases.push_back(Says(Failing("mg with a missing source leaves the destination", {"-mg", "x.bgr", "d.bgr"},
                           {{"d.bgr", Destination()}}, "BgrMerge source file 'x.bgr' not found", {NotOpened("x.bgr")},
-                          {{"d.bgr", Destination()}}, {"_TEMP_.BGR"}));
+                          {{"d.bgr", Destination()}}, {"_TEMP_.BGR"}), NoSuchSource("x.bgr")));
   {
     BgrBuilder big, small;
     big.Origin(0, 0);
@@ -185,8 +185,8 @@ void MergeAndPurge(std::vector<CliCase>& cases) {
                           {{"_TEMP_.BGR", Triangle()}},
                           "BgrPurge cannot change '_temp_.bgr' in place: it is the temporary file itself", {},
                           {{"_TEMP_.BGR", Triangle()}}));
-  cases.push_back(Failing("pg with a missing file", {"-pg", "x.bgr"}, {}, "BgrPurge source file 'x.bgr' not found",
-                          {NotOpened("x.bgr")}, {}, {"_TEMP_.BGR", "x.bgr"}));
+  cases.push_back(Says(Failing("pg with a missing file", {"-pg", "x.bgr"}, {}, "BgrPurge source file 'x.bgr' not found",
+                          {NotOpened("x.bgr")}, {}, {"_TEMP_.BGR", "x.bgr"}), NoSuchSource("x.bgr")));
 }
 
 // Nodes along z = 0 from x 0 to 300, one 3 feet off, one well away.
@@ -227,9 +227,9 @@ void EditScripts(std::vector<CliCase>& cases) {
                    {{"l.bgr", Line()}}});
   cases.push_back({"a missing script fails", {"-rsnone.txt", "l.bgr"}, {{"l.bgr", Line()}}, "", 0,
                    {"INFO: WrapFileOpen(none.txt, [00] r) failed"}, {{"l.bgr", Line()}}});
-  cases.push_back(Failing("an edit script on a missing file", {"-rsfix.txt", "x.bgr"},
+  cases.push_back(Says(Failing("an edit script on a missing file", {"-rsfix.txt", "x.bgr"},
                           {{"fix.txt", "<bgr-width-edges>\n<bgr-align-nodes> 1 2\n"}}, "Bgr source file 'x.bgr' not found",
-                          {NotOpened("x.bgr")}, {}, {"_TEMP_.BGR", "x.bgr"}));
+                          {NotOpened("x.bgr")}, {}, {"_TEMP_.BGR", "x.bgr"}), NoSuchSource("x.bgr")));
 }
 
 std::vector<CliCase> Cases() {

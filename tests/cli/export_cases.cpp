@@ -38,8 +38,9 @@ std::vector<CliCase> Cases() {
                           {{"net.bgr", Network()}, {"net.txp/keep", "k"}}, "BgrTxp dest file 'net.txp' not openable",
                           {NotWritten("net.txp")}, {{"net.txp/keep", "k"}}));
   // a failed export leaves the file of its name as it was
-  cases.push_back(Failing("txd of a missing source leaves the old export", {"-txd", "x.bgr"}, {{"x.txd", "old"}},
-                          "BgrTxd source file 'x.bgr' not found", {NotOpened("x.bgr")}, {{"x.txd", "old"}}));
+  cases.push_back(Says(Failing("txd of a missing source leaves the old export", {"-txd", "x.bgr"}, {{"x.txd", "old"}},
+                               "BgrTxd source file 'x.bgr' not found", {NotOpened("x.bgr")}, {{"x.txd", "old"}}),
+                       NoSuchSource("x.bgr")));
   {
     Bytes txp;
     txp.Tag(kBegin).Tag("<orgn> ---- origin ----").Double(171000.5).Double(-441000.25).Double(9).Long(1);

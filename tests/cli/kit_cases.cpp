@@ -44,6 +44,9 @@ TEST(Kit, UsageExitValues) {
       {{"render", "a.bgr", "-o", "a.svg", "--layers", "pave,roads"}, 2, "roads"},
       {{"check"}, 2, "required"},
       {{"check", "--help"}, 0, "--json"},
+      {{"--version"}, 0, "bgrkit v1.03\n"},
+      {{"help", "makedb"}, 0, "Usage: bgrkit makedb"},
+      {{"help", "check"}, 0, "Usage: bgrkit check"},
       {{"view"}, 2, "required"},
       {{"view", "--help"}, 0, "--attribution"},
   };
@@ -78,6 +81,35 @@ TEST(Kit, MakeDbReadsQuotedCsvAndSkipsBadRows) {
   EXPECT_EQ(dir.Read("DATABASE/AIRPORT.dbt"), kDbtText);
 }
 
+TEST(Kit, MakeDbColumnsNamedAndDuplicateCodes) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.csv",
+            "id,ident,gps_code,latitude_deg,longitude_deg\n"
+            "1,AZ-0001,KAZ1,1,2\n"  // a local code of 7 characters, a GPS code of 4
+            "2,LMML,LMML,35.857498,14.4775\n"
+            "3,LMML,,35.9,14.5\n");
+  for (const char* option : {"--code", "--lat", "--lon"}) {
+    ToolRun run = Kit(dir, {"makedb", "a.csv", "DB/A.DBD", option, "icao"});
+    EXPECT_EQ(run.exitStatus, 2) << option;
+    EXPECT_NE(run.err.find("'a.csv' has no column 'icao' (" + std::string(option) + ")"), std::string::npos) << run.err;
+    EXPECT_FALSE(dir.Exists("DB/A.DBD"));
+  }
+  ToolRun one = Kit(dir, {"makedb", "a.csv", "DB/A.DBD", "--code", "ident,nosuch"});
+  EXPECT_EQ(one.exitStatus, 2);
+  EXPECT_NE(one.err.find("no column 'nosuch' (--code)"), std::string::npos) << one.err;
+
+  ToolRun both = Kit(dir, {"makedb", "a.csv", "DB/A.DBD", "--code", "ident,gps_code"});
+  EXPECT_EQ(both.exitStatus, 0) << both.err;
+  EXPECT_NE(both.err.find("1 code stands on more than one row, and each row is kept: LMML (lines 3, 4)"),
+            std::string::npos)
+      << both.err;
+  EXPECT_EQ(dir.Read("DB/A.DBD"),
+            DbdBytes({{"KAZ1", 3600, 7200}, {"LMML", 35.857498 * 3600, 14.4775 * 3600}, {"LMML", 35.9 * 3600, 14.5 * 3600}}));
+  ToolRun plain = Kit(dir, {"makedb", "a.csv", "DB/A.DBD"});  // ident alone: AZ-0001 is no code
+  EXPECT_NE(plain.err.find("1 row skipped"), std::string::npos) << plain.err;
+}
+
 // A runway and a taxiway whose end lies 30 ft past the runway's line, and a
 // light line that -tm passes over.
 std::string Network() {
@@ -109,6 +141,62 @@ TEST(Kit, CheckPrintsFindingsOrOneJsonDocument) {
 #endif
   dir.Write("a.PLY", "ORG 0 0\n");
   EXPECT_EQ(Kit(dir, {"check", "a.bgr"}).exitStatus, 0);  // notes alone are no problem
+}
+
+TEST(Kit, CheckTakesSeveralFilesAndNamesWhatItCantRead) {
+  NEED_BGRKIT();
+  TempDir dir;
+  dir.Write("a.bgr", Network());
+  dir.Write("b.bgr", Network());
+  dir.Write("d/keep", "");
+  ASSERT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "b.bgr"}).exitStatus, 1);
+  ToolRun run = Kit(dir, {"check", "a.bgr", "d", "b.TMS"});
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.out,
+            "a.bgr: note snap-to-runway point 3 (0,30): -tm moves this taxiway end 30 ft on to a runway, to (0,0)\n"
+            "a.bgr: 0 errors, 0 warnings, 1 note\n"
+            "d: error unreadable file: cannot read 'd': it is a folder\n"
+            "d: 1 error, 0 warnings, 0 notes\n"
+            "b.TMS: error tile-file file: this is a tile file (TMS), not a network: bgrtool lists it, bgrkit render "
+            "draws it\n"
+            "b.TMS: 1 error, 0 warnings, 0 notes\n"
+            "total: 3 files, 2 errors, 0 warnings, 1 note\n");
+  EXPECT_EQ(run.err, "bgrkit check: cannot read 'd': it is a folder\n");
+#ifdef BGRKIT_PATH
+  // a file that can't be read still gives its document; several give an array of them
+  ToolRun none = Kit(dir, {"check", "--json", "none.bgr"});
+  EXPECT_EQ(none.exitStatus, 1);
+  auto doc = nlohmann::json::parse(none.out);
+  EXPECT_EQ(doc["file"], "none.bgr");
+  EXPECT_EQ(doc["findings"][0]["code"], "unreadable");
+  EXPECT_EQ(doc["findings"][0]["message"], "cannot read 'none.bgr': No such file or directory");
+  EXPECT_EQ(doc["summary"]["errors"], 1);
+  auto docs = nlohmann::json::parse(Kit(dir, {"check", "--json", "a.bgr", "none.bgr"}).out);
+  ASSERT_TRUE(docs.is_array());
+  EXPECT_EQ(docs[0]["summary"]["notes"], 1);
+  EXPECT_EQ(docs[1]["summary"]["errors"], 1);
+#endif
+}
+
+// A script run twice: its aprons stand twice in the PLY file, and its width of
+// 146 ft was read back as 145, which the next write makes 144.
+TEST(Kit, CheckFindsAScriptRunTwice) {
+  NEED_BGRKIT();
+  TempDir dir;
+  for (const auto& [name, bytes] : DatabaseFiles({{"LMMX", 100000, 50000}})) dir.Write(name, bytes);
+  dir.Write("DATA/keep", "");
+  dir.Write("s.txt",
+            "REF N27:46:40 E13:53:20\nMOV 0 0 0 146 15\nLIN 500 0 0 146 15\n"
+            "POI 0 0 0\nPOI 100 0 0\nPOI 0 0 100\nPLY a\nPOI 200 0 0\nPOI 300 0 0\nPOI 200 0 100\nPLY b\n");
+  for (int i = 0; i < 2; ++i) ASSERT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tes.txt"}).exitStatus, 1);
+  ToolRun run = Kit(dir, {"check", "DATA/LMMX.BGR"});
+  EXPECT_EQ(run.exitStatus, 1);
+  for (const char* says :
+       {"warning repeated-apron polygon 3 (0,0): repeats polygon 1 corner for corner",
+        "warning repeated-apron polygon 4 (200,0): repeats polygon 2 corner for corner",
+        "warning width-shrinks network: 1 edge loses 1 ft of width at every write-back by -tm or a script: 145 ft "
+        "(1 edge); only multiples of 25 ft come back as they were written\n"})
+    EXPECT_NE(run.out.find(says), std::string::npos) << says << "\n" << run.out;
 }
 
 TEST(Kit, DamagedInputsGiveAMessageAndNoPicture) {

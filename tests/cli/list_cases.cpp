@@ -96,9 +96,21 @@ std::vector<CliCase> Cases() {
                        kNoBounds});
   cases.push_back({"a missing file fails with exit 0", {"missing.bgr"}, {},
                    "ERROR: BgrList source file 'missing.bgr' not found\n" + kNoBounds, 0,
-                   {NotOpened("missing.bgr"), "ERROR: BgrList source file 'missing.bgr' not found"}});
+                   {NotOpened("missing.bgr"), "ERROR: BgrList source file 'missing.bgr' not found"},
+                   {},
+                   {},
+                   true,
+                   NoSuchSource("missing.bgr")});
   cases.push_back({"graph is not implemented", {"-gr", "x.tms"}, {}, "TEXTURESHOW_usage - not implemented\n"});
-  cases.push_back({"an empty file lists only the bounds", {"e.bgr"}, {{"e.bgr", ""}}, kNoBounds});
+  cases.push_back({"a folder is no file to list", {"d"}, {{"d/keep", ""}},
+                   "ERROR: BgrList source file 'd' not found\n" + kNoBounds, 0,
+                   {NotOpened("d"), "ERROR: BgrList source file 'd' not found"}, {}, {}, true,
+                   "bgrtool: 'd': it is a folder\n"});
+  cases.push_back({"bytes that are no network list only the bounds, and standard error says why", {"j.bgr"},
+                   {{"j.bgr", "GIF89a"}}, kNoBounds, 1, {}, {}, {}, true,
+                   "bgrtool: 'j.bgr': no BGR record at its start\n"});
+  cases.push_back({"an empty file lists only the bounds", {"e.bgr"}, {{"e.bgr", ""}}, kNoBounds, 1, {}, {}, {}, true,
+                   "bgrtool: 'e.bgr': it is an empty file\n"});
   {
     BgrBuilder b;
     b.Origin(171000.5, -441000.25).Node(10, 0, 20);
@@ -167,6 +179,29 @@ TEST(ReportFile, UnwritableReportFallsBackOnTheConsole) {
   const std::string info = "INFO: WrapFileOpen(report.txt, [00] a) failed\n";
   EXPECT_EQ(Normalise(run.out), info + " <banner>\nbgrtool e.bgr\n" + kNoBounds + "TIME= <t> sec\n" + info);
   EXPECT_EQ(run.exitStatus, 1);
+}
+
+// --help and --version as the only argument run no command and write no report;
+// with anything beside them, or with a file of that name, the scan is as ever.
+TEST(Frame, HelpAndVersionAlone) {
+  TempDir dir;
+  ToolRun help = RunTool(BGRTOOL_PATH, dir.path(), {"--help"});
+  EXPECT_EQ(help.exitStatus, 1);
+  for (const char* option : {"-tm ", "-ls", "-pr", "-mv", "-de", "-mg ", "-pg ", "-rs", "-txd ", "-txp, -txp0 ", "-gr ",
+                             "-te", "-ti"})
+    EXPECT_NE(help.out.find(std::string("\n  ") + option), std::string::npos) << option;
+  ToolRun version = RunTool(BGRTOOL_PATH, dir.path(), {"--version"});
+  EXPECT_EQ(version.out, "bgrtool v1.03\n");
+  EXPECT_EQ(version.exitStatus, 1);
+  EXPECT_FALSE(dir.Exists("report.txt"));
+
+  ToolRun two = RunTool(BGRTOOL_PATH, dir.path(), {"--help", "x"});
+  EXPECT_EQ(two.exitStatus, 255);
+  EXPECT_EQ(Normalise(two.out), " <banner>\nbgrtool --help x\n" + kUsage + "TIME= <t> sec\n");
+  dir.Write("--version", "");
+  ToolRun file = RunTool(BGRTOOL_PATH, dir.path(), {"--version"});
+  EXPECT_EQ(Normalise(file.out), " <banner>\nbgrtool --version\n" + kNoBounds + "TIME= <t> sec\n");
+  EXPECT_EQ(file.exitStatus, 1);
 }
 
 }  // namespace

@@ -52,9 +52,18 @@ FileList With(FileList files, const FileList& more) {
   return files;
 }
 
+// The summary on standard error that ends a script run: lines read, networks
+// written and what is worth saying besides.
+std::string Summary(int lines, int written, int fresh, const std::string& more = "") {
+  return "bgrtool: script 's.txt': " + std::to_string(lines) + (lines == 1 ? " line" : " lines") + " read, " +
+         std::to_string(written) + (written == 1 ? " network" : " networks") + " written (" + std::to_string(fresh) +
+         " new, " + std::to_string(written - fresh) + " updated)\n" + more;
+}
+
 // A script run that succeeds, prints nothing and finds no exclusion list.
-CliCase Script(std::string name, FileList files, FileList expect, std::vector<std::string> absent = {}) {
-  return {std::move(name), {"-tes.txt"}, std::move(files), "", 1, kNoExclusions, std::move(expect), std::move(absent)};
+CliCase Script(std::string name, FileList files, FileList expect, std::vector<std::string> absent, std::string err) {
+  return {std::move(name), {"-tes.txt"},        std::move(files), "",   1, kNoExclusions,
+          std::move(expect), std::move(absent), true,             std::move(err)};
 }
 
 std::string Org(double lat, double lon) {
@@ -78,9 +87,11 @@ std::vector<CliCase> Cases() {
     BgrBuilder bgr;
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Node(100, 0, 200);
     bgr.Edge(0, 1, kW90, 15, 1).Edge(1, 2, kW75, 15, 1).Edge(2, 0, kW60, 15, 1).Edge(1, 0, kW75, 15, 1).End();
-    cases.push_back(Script("a script builds an airport's network and its PLY file", With(db, {{"s.txt", script}}),
-                           {{"DATA/LMMX.BGR", bgr.data},
-                            {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}}));
+    cases.push_back(
+        Script("a script builds an airport's network and its PLY file", With(db, {{"s.txt", script}}),
+               {{"DATA/LMMX.BGR", bgr.data},
+                {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 0 0\nPOI 10 0\nPOI 0 10\nPLY \"apron\"\nLGT 2 5 5\n"}},
+               {}, Summary(14, 1, 1)));
   }
   {
     // B lies 1000 arc-seconds north of A: far beyond 15000 ft
@@ -97,7 +108,8 @@ std::vector<CliCase> Cases() {
                            With(DatabaseFiles({kA, b}), {{"s.txt", script}}),
                            {{"DATA/LMMX.BGR", a.data}, {"DATA/EGXX.BGR", bb.data},
                             {"DATA/LMMX.PLY", Org(kLatA, kLonA) + "POI 1 1\nPOI 2 2\n"},
-                            {"DATA/EGXX.PLY", Org(b.lat, b.lon)}}));
+                            {"DATA/EGXX.PLY", Org(b.lat, b.lon)}},
+                           {}, Summary(11, 2, 2)));
   }
   for (double feet : {14999.5, 15000.5}) {
     // the second reference point lies this far north of A, and B 500 ft beyond it:
@@ -117,7 +129,8 @@ std::vector<CliCase> Cases() {
     }
     CliCase c = Script(stays ? "a reference point 14999 ft away stays with the open network"
                              : "a reference point 15000 ft away leaves it and finds its own airport",
-                       With(DatabaseFiles({kA, b}), {{"s.txt", script}}), {{"DATA/LMMX.BGR", a.data}});
+                       With(DatabaseFiles({kA, b}), {{"s.txt", script}}), {{"DATA/LMMX.BGR", a.data}}, {},
+                       stays ? Summary(6, 1, 1) : Summary(6, 2, 2));
     if (stays) {
       c.absent = {"DATA/EGYY.BGR", "DATA/EGYY.PLY"};
     } else {
@@ -130,7 +143,9 @@ std::vector<CliCase> Cases() {
   }
   cases.push_back(Script("work far from every airport is thrown away",
                          With(db, {{"s.txt", Ref(0, 0) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\nPOI 1 0 1\nPLY x\n"}}), {},
-                         {"DATA/NONE.BGR", "DATA/NONE.PLY", "DATA/LMMX.BGR"}));
+                         {"DATA/NONE.BGR", "DATA/NONE.PLY", "DATA/LMMX.BGR"},
+                         Summary(5, 0, 0, "bgrtool: reference points that opened no network: 1 with no airport of the "
+                                          "database within about 283\" (line 1)\n")));
   {
     // a runway from A 10 arc-seconds north: 1012.78 ft
     std::string rwy749 = "RWY a b c d 749 148 " + Lat(kLatA) + " " + Lon(kLonA) + " " + Lat(kLatA + 10) + " " +
@@ -138,12 +153,14 @@ std::vector<CliCase> Cases() {
     std::string rwy750 = "RWY a b c d 750 148.9 " + Lat(kLatA) + " " + Lon(kLonA) + " " + Lat(kLatA + 10) + " " +
                          Lon(kLonA) + "\n";
     cases.push_back(Script("a runway of 749 ft makes nothing at all", With(db, {{"s.txt", rwy749}}), {},
-                           {"DATA/LMMX.BGR", "DATA/LMMX.PLY"}));
+                           {"DATA/LMMX.BGR", "DATA/LMMX.PLY"},
+                           Summary(1, 0, 0, "bgrtool: runways: 0 drawn, 1 refused: 1 shorter than 750 ft (line 1)\n")));
     BgrBuilder bgr;
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, std::trunc(North(kLatA, kLatA + 10)));
     bgr.Edge(0, 1, kW148, 0, 0).End();
     cases.push_back(Script("a runway of 750 ft is an edge from end to end", With(db, {{"s.txt", rwy750}}),
-                           {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA)}}));
+                           {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(kLatA, kLonA)}}, {},
+                           Summary(1, 1, 1, "bgrtool: runways: 1 drawn, 0 refused\n")));
   }
   {
     // a second runway drawn the other way, each end within 1000 ft of the old
@@ -161,7 +178,8 @@ std::vector<CliCase> Cases() {
     bgr.Origin(kLatA, kLonA).Node(0, 0, 0).Node(0, 0, z).Node(x7, 0, z).Node(x7, 0, 0).Node(x22, 0, 0).Node(x22, 0, z);
     bgr.Edge(2, 3, kW148, 0, 0).Edge(4, 5, kW148, 0, 0).End();
     cases.push_back(Script("a runway redrawn the other way replaces the old one", With(db, {{"s.txt", script}}),
-                           {{"DATA/LMMX.BGR", bgr.data}}));
+                           {{"DATA/LMMX.BGR", bgr.data}}, {},
+                           Summary(3, 1, 1, "bgrtool: runways: 3 drawn, 0 refused\n")));
   }
   {
     std::string excl = "ARE 5 \"C:\\SCENERY\\MALTA\"\nXCL 10 99000 49000 101000 51000 1\nXCL 99 0 0 1 1 0\n";
@@ -175,12 +193,16 @@ std::vector<CliCase> Cases() {
                      1,
                      {},
                      {{"DATA/LMMX.PLY", Org(kLatA, kLonA)}},
-                     {"DATA/LMMX.BGR"}});
+                     {"DATA/LMMX.BGR"},
+                     true,
+                     Summary(8, 0, 0)});
   }
   {
     CliCase c = Script("a cell restriction leaves out the airports of other cells",
                        With(db, {{"s.txt", Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}), {},
-                       {"DATA/LMMX.BGR", "DATA/LMMX.PLY"});
+                       {"DATA/LMMX.BGR", "DATA/LMMX.PLY"},
+                       Summary(3, 0, 0, "bgrtool: reference points that opened no network: 1 at an airport outside "
+                                        "the -ti cell (line 1)\n"));
     c.args.insert(c.args.begin(), "-ti000000");
     cases.push_back(c);
   }
@@ -190,16 +212,68 @@ std::vector<CliCase> Cases() {
     const std::string line = "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n";
     cases.push_back(Script("a code with a leading K names its network by the other three letters",
                            With(db, {{"s.txt", Ref(170000, -440000) + line}}), {{"DATA/SEA.BGR", sea.data}},
-                           {"DATA/KSEA.BGR"}));
+                           {"DATA/KSEA.BGR"}, Summary(3, 1, 1)));
     cases.push_back(Script("codes of three and five letters name no network",
                            With(db, {{"s.txt", Ref(120000, 60000) + line + Ref(130000, 60000) + line}}), {},
-                           {"DATA/ABC.BGR", "DATA/ABCDE.BGR", "DATA/NONE.BGR"}));
+                           {"DATA/ABC.BGR", "DATA/ABCDE.BGR", "DATA/NONE.BGR"},
+                           Summary(6, 0, 0, "bgrtool: reference points that opened no network: 2 with no airport of "
+                                            "the database within about 283\" (first on line 1)\n")));
     // 10 arc-seconds west of the 180th meridian finds the airport 10 east of it
     double x = std::trunc(East(150000, 647990, 1296000 - 647990));
     BgrBuilder nz;
     nz.Origin(150000, 647990).Node(x, 0, 0).Node(x + 100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
     cases.push_back(Script("the search for an airport crosses the 180th meridian",
-                           With(db, {{"s.txt", Ref(150000, -647990) + line}}), {{"DATA/NZXX.BGR", nz.data}}));
+                           With(db, {{"s.txt", Ref(150000, -647990) + line}}), {{"DATA/NZXX.BGR", nz.data}}, {},
+                           Summary(3, 1, 1)));
+  }
+  {
+    // two reference points far apart: each asks the database anew, the message comes once
+    std::string script = Ref(kLatA, kLonA) + Ref(kLatA + 1000, kLonA);
+    std::string noDb = "INFO: WrapFileOpen(DATABASE\\AIRPORT.DBD, [00] rb) failed";
+    cases.push_back({"without a database a script says so once", {"-tes.txt"}, With({}, {{"s.txt", script}}), "", 1,
+                     {kNoExclusions[0], noDb, noDb}, {}, {}, true,
+                     "bgrtool: the airport database 'DATABASE\\AIRPORT.DBD' can't be used: No such file or directory; "
+                     "no reference point finds an airport\n" +
+                         Summary(2, 0, 0, "bgrtool: reference points that opened no network: 2 with no airport of the "
+                                          "database within about 283\" (first on line 1)\n")});
+  }
+  {
+    FileList files = db;
+    files.push_back({"s.txt", Ref(kLatA, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"});
+    cases.push_back({"without a DATA folder the networks are not saved, and the script says why", {"-tes.txt"}, files,
+                     "", 1,
+                     {kNoExclusions[0], "INFO: WrapFileOpen(DATA\\LMMX.PLY, [00] w) failed",
+                      "WARNING: TaxiwayList::OpenPly() polygon file 'DATA\\LMMX.PLY' not open",
+                      "INFO: WrapFileOpen(DATA\\LMMX.BGR, [00] wb) failed"},
+                     {}, {"DATA"}, true,
+                     "bgrtool: the network 'DATA\\LMMX.BGR' is not saved: No such file or directory\n"
+                     "bgrtool: there is no folder 'DATA' here, where a script's networks go\n"
+                     "bgrtool: script 's.txt': 3 lines read, 0 networks written (0 new, 0 updated), 1 not saved\n"});
+  }
+  {
+    // runways of every fate at an airport whose network is there already
+    auto rwy = [](int length, double lat1, double lon1, double lat2, double lon2) {
+      return "RWY a b c d " + std::to_string(length) + " 148 " + Lat(lat1) + " " + Lon(lon1) + " " + Lat(lat2) + " " +
+             Lon(lon2) + "\n";
+    };
+    std::string script = "SRC \"c:\\scenery\\malta\\lmml.txt\"\n" + rwy(749, kLatA, kLonA, kLatA + 10, kLonA) +
+                         rwy(5000, kLatA, kLonA, kLatA + 50, kLonA) +
+                         rwy(5000, kLatA, kLonA + 30, kLatA + 1000, kLonA + 30) +  // 101278 ft apart
+                         rwy(5000, 120480, 60500, 120530, 60500) +  // its middle in the box
+                         rwy(5000, 0, 0, 50, 0);                    // far from every airport
+    std::string excl = "ARE 5 \"C:\\SCENERY\\MALTA\"\nXCL 10 120000 60000 121000 61000 1\n";
+    BgrBuilder old;
+    old.Origin(kLatA, kLonA).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kW75, 15, 1).End();
+    cases.push_back({"the summary counts the runways drawn and refused, and why", {"-tes.txt"},
+                     With(db, {{"s.txt", script}, {"excllist.txt", excl}, {"DATA/LMMX.BGR", old.data}}), "", 1, {},
+                     {}, {}, true,
+                     Summary(6, 1, 0,
+                             "bgrtool: runways: 2 drawn, 3 refused: 1 shorter than 750 ft (line 2), 1 in an excluded "
+                             "box (line 5), 1 with no airport of the database at their first end (line 6)\n"
+                             "bgrtool: warning: 1 runway whose ends don't fit the length (line 4): 101278 ft between "
+                             "the ends, 5000 ft stated\n"
+                             "bgrtool: reference points that opened no network: 1 with no airport of the database "
+                             "within about 283\" (line 6)\n")});
   }
   {
     // records of latitude, code, longitude; the dbt's latitude entry stops after its
@@ -217,11 +291,18 @@ std::vector<CliCase> Cases() {
                            With({{"DATABASE/AIRPORT.DBD", dbd.data},
                                  {"DATABASE/AIRPORT.dbt", "alatitude\naica,8,8,C\nalon,16,8,N\n"}},
                                 {{"s.txt", Ref(0, kLonA) + "MOV 0 0 0 75 15\nLIN 100 0 0 75 15\n"}}),
-                           {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(0, kLonA)}}));
+                           {{"DATA/LMMX.BGR", bgr.data}, {"DATA/LMMX.PLY", Org(0, kLonA)}}, {}, Summary(3, 1, 1)));
   }
-  cases.push_back({"a script that can't be opened fails and writes nothing", {"-tenone.txt"}, db, "", 0,
+  cases.push_back({"a script that can't be opened fails and writes nothing",
+                   {"-tenone.txt"},
+                   db,
+                   "",
+                   0,
                    {"INFO: WrapFileOpen(none.txt, [00] r) failed", "INFO: WrapFileOpen(excllist.txt, [00] r) failed"},
-                   {}, {"DATA/LMMX.BGR"}});
+                   {},
+                   {"DATA/LMMX.BGR"},
+                   true,
+                   "bgrtool: cannot read the script 'none.txt': No such file or directory\n"});
   return cases;
 }
 

@@ -72,19 +72,40 @@ std::string YellowLinesLeftOut(int n) {
 
 std::vector<CliCase> Cases() {
   std::vector<CliCase> cases;
-  cases.push_back({"without a network the job writes 64 empty tiles and fails",
-                   {"-tm", "x.bgr"},
-                   {},
-                   "ERROR: BgrTms source file 'x.bgr' not found\n" +
-                       Progress("Load(x.bgr) points=0 edges=0", 0, "x.TMS"),
-                   0,
-                   [] {
-                     auto r = NoPly("x.PLY");
-                     r.push_back("ERROR: BgrTms source file 'x.bgr' not found");
-                     return r;
-                   }(),
-                   {{"x.TMS", EmptyTiles(38562.49609375, 38562.49609375, 500.0f)}},
-                   {"x.bgr"}});
+  // what stands there instead of a network is said on standard error; all else is as for a missing file
+  struct NoNetwork {
+    const char* name;
+    FileList files;
+    std::string err;
+  };
+  for (const NoNetwork& n :
+       {NoNetwork{"without a network the job writes 64 empty tiles and fails", {}, NoSuchSource("x.bgr")},
+        NoNetwork{"a folder is no network", {{"x.bgr/keep", ""}}, "bgrtool: 'x.bgr': it is a folder\n"},
+        NoNetwork{"an empty file is no network", {{"x.bgr", ""}}, "bgrtool: 'x.bgr': it is an empty file\n"},
+        NoNetwork{"bytes that begin with no tag are no network",
+                  {{"x.bgr", "PK\x03\x04 zip"}},
+                  "bgrtool: 'x.bgr': no BGR record at its start\n"},
+        NoNetwork{"a file cut inside its first tag is no network",
+                  {{"x.bgr", "<bgn"}},
+                  "bgrtool: 'x.bgr': it ends at byte 4, inside its first record\n"}}) {
+    FileList keep = n.files;
+    keep.push_back({"x.TMS", EmptyTiles(38562.49609375, 38562.49609375, 500.0f)});
+    cases.push_back({n.name,
+                     {"-tm", "x.bgr"},
+                     n.files,
+                     "ERROR: BgrTms source file 'x.bgr' not found\n" +
+                         Progress("Load(x.bgr) points=0 edges=0", 0, "x.TMS"),
+                     0,
+                     [] {
+                       auto r = NoPly("x.PLY");
+                       r.push_back("ERROR: BgrTms source file 'x.bgr' not found");
+                       return r;
+                     }(),
+                     keep,  // the source stays as it was
+                     {},
+                     true,
+                     n.err});
+  }
   {
     // a runway from (-2000, 0) to (2000, 0) ft and a taxiway that ends 30 ft short of it
     BgrBuilder in;

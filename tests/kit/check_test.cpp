@@ -97,6 +97,8 @@ TEST(Check, EachCheckOnGoodAndBadNetworks) {
       {"drawn twice", CheckDuplicateEdges, Net({}, {{0, 1}, {1, 2}, {1, 0}}), {"duplicate-edge"}},
       {"25 and 500", CheckWidths, Net({}, {{0, 1, 1, 25}, {0, 1, 1, 500}}), {}},
       {"24 and 501", CheckWidths, Net({}, {{0, 1, 1, 24}, {0, 1, 1, 501}}), {"width-clamped", "width-clamped"}},
+      {"multiples of 25 come back", CheckWidths, Net({}, {{0, 1, 1, 75}, {0, 1, 1, 150}, {0, 1, 1, 475}}), {}},
+      {"146 ft comes back as 145", CheckWidths, Net({}, {{0, 1, 1, 146}, {0, 1, 1, 26}}), {"width-shrinks"}},
       {"at the edge of the range", CheckRange, Net({{8388607, -8388607}}, {}), {}},
       {"beyond it", CheckRange, Net({{8388607.5, 0}, {0, -8388608}}, {}), {"out-of-range", "out-of-range"}},
       {"32 runways", CheckSizes, Net({}, Runways(32)), {}},
@@ -117,6 +119,35 @@ TEST(Check, EachCheckOnGoodAndBadNetworks) {
     c.check(c.in, f);
     EXPECT_EQ(Codes(f), c.codes) << c.name;
   }
+}
+
+// A width is written as w * 128 / 50 + 16840 and read back as (code - 16840) * 50 / 128,
+// both cut: 128 / 50 = 64 / 25, so only a multiple of 25 ft is a whole number of
+// steps; every other width comes back 1 ft narrower, at each write.
+TEST(Check, WidthsThatAWriteChanges) {
+  for (std::int32_t w = 25; w <= 500; ++w)
+    EXPECT_EQ(bgr::DecodeWidth(bgr::EncodeWidth(w)), w % 25 == 0 ? w : w - 1) << w;
+  Findings f;
+  bgr::kit::CheckWidths(Net({}, {{0, 1, 1, 148}, {0, 1, 1, 146}, {0, 1, 1, 148}, {0, 1, 1, 150}}), f);
+  ASSERT_EQ(f.size(), 1u);
+  EXPECT_NE(f[0].message.find("3 edges lose 1 ft of width at every write-back by -tm or a script: 146 ft (1 edge), "
+                              "148 ft (2 edges)"),
+            std::string::npos)
+      << f[0].message;
+}
+
+// Aprons repeated anywhere in the PLY file (a script run twice) are laid again
+// by -tm; one right behind its twin is made once, which another note says.
+TEST(Check, RepeatedApronsAnywhere) {
+  CheckInput in;
+  in.plyPath = "not-there.PLY";  // the polygons as drawn alone
+  std::vector<bgr::TEXPOINT> a{{0, 0, 0}, {100, 0, 0}, {0, 0, 100}}, b{{500, 0, 0}, {600, 0, 0}, {500, 0, 100}};
+  in.ply.polygons = {a, b, a, a, b};
+  Findings f;
+  bgr::kit::CheckAprons(in, f);
+  std::vector<std::string> seen;
+  for (const auto& x : f) seen.push_back(x.code + " " + std::to_string(x.number));
+  EXPECT_EQ(seen, (std::vector<std::string>{"repeated-apron 3", "repeated-apron 5"}));
 }
 
 // Writes a network (and PLY) and checks it; then runs the -tm job on the same files.
@@ -179,6 +210,17 @@ TEST(Check, ForeseenRepairsAreWhatTheJobDoes) {
   std::string out = r.run.console.Take();
   EXPECT_NE(out.find("WARNING:TaxiwayList::ReadPly() shifting points"), std::string::npos) << out;
   EXPECT_NE(out.find("GenerateApronPolygons - triangulation failed"), std::string::npos) << out;
+}
+
+// A runway's own end near another runway is no taxiway end: no pass moves it,
+// and check says nothing of it.
+TEST(Check, RunwayEndsAreNoTaxiwayEnds) {
+  BgrBuilder b;
+  b.Origin(0, 0).Node(-2000, 0, 0).Node(2000, 0, 0).Node(0, 0, 220).Node(0, 0, 3000);
+  b.Edge(0, 1, kWidth150, 15, 0).Edge(2, 3, kWidth150, 15, 0).End();
+  Rehearsed r(b.data, "");
+  EXPECT_EQ(r.Find("near-runway"), nullptr);
+  EXPECT_EQ(r.after.nodes[2].z, 220);
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ struct Pen {
   bgrtest::TestRun run;
   TaxiwayList net{run.ctx};
   AirportDatabase db{run.ctx};
-  ScriptNetwork pen{net, db};
+  ScriptNetwork pen{run.ctx, net, db};
 };
 
 TEST(ScriptNetwork, NoMoreThan5999EdgesAndTheLastRecordStaysThePen) {
