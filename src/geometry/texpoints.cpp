@@ -262,7 +262,7 @@ void TEXTURE::Reverse() {
 
 void TEXTURE::SetFlat(std::int32_t vertexCount, std::int32_t attribute) {
   normalX = 0;
-  normalY = 32767;
+  normalY = kFlatNormal;
   normalZ = 0;
   count = vertexCount;
   attr = attribute;
@@ -272,7 +272,10 @@ void TEXTURE::FreeTriangles() { triangles.reset(); }
 
 std::int32_t TextureList::Add(const TEXTURE& texture) {
   std::int32_t n = std::clamp(texture.count, 0, TEXTURE::kMaxVerts);
-  std::size_t need = static_cast<std::size_t>(n) + kTrailer;
+  // a flat polygon of no attribute, as the clipper makes them, needs no more than its length
+  bool plain = texture.count == n && texture.normalX == 0 && texture.normalY == TEXTURE::kFlatNormal &&
+               texture.normalZ == 0 && texture.attr == 0;
+  std::size_t need = static_cast<std::size_t>(n) + (plain ? 1 : kTrailer);
   if (blocks_.empty() || blocks_.back().size - blocks_.back().used < need) {
     std::size_t size = blocks_.empty() ? kFirstBlock : std::min(blocks_.back().size * 2, kLargestBlock);
     size = std::max(size, need);
@@ -290,12 +293,16 @@ std::int32_t TextureList::Add(const TEXTURE& texture) {
   Block& block = blocks_.back();
   std::int32_t* at = block.data.get() + block.used;
   for (std::int32_t v = 0; v < n; ++v) *at++ = texture.verts[static_cast<std::size_t>(v)].point;
-  *at++ = texture.count;
-  *at++ = texture.normalX;
-  *at++ = texture.normalY;
-  *at++ = texture.normalZ;
-  *at++ = texture.attr;
-  *at++ = n;
+  if (plain) {
+    *at++ = n | kPlainRecord;
+  } else {
+    *at++ = texture.count;
+    *at++ = texture.normalX;
+    *at++ = texture.normalY;
+    *at++ = texture.normalZ;
+    *at++ = texture.attr;
+    *at++ = n;
+  }
   block.used += need;
   ++stored_;
   return 1;
@@ -315,15 +322,25 @@ const TEXTURE* TextureList::Next() {
   if (!scratch_) scratch_ = std::make_unique<TEXTURE>();
   TEXTURE& scratch = *scratch_;
   const std::int32_t* end = blocks_[cursorBlock_].data.get() + cursorEnd_;
-  std::int32_t n = end[-1];
-  const std::int32_t* record = end - kTrailer - n;
+  bool plain = (end[-1] & kPlainRecord) != 0;
+  std::int32_t n = end[-1] & ~kPlainRecord;
+  std::size_t trailer = plain ? 1 : kTrailer;
+  const std::int32_t* record = end - trailer - static_cast<std::size_t>(n);
   for (std::int32_t v = 0; v < n; ++v) scratch.verts[static_cast<std::size_t>(v)].point = record[v];
-  scratch.count = end[-6];
-  scratch.normalX = end[-5];
-  scratch.normalY = end[-4];
-  scratch.normalZ = end[-3];
-  scratch.attr = end[-2];
-  cursorEnd_ -= kTrailer + static_cast<std::size_t>(n);
+  if (plain) {
+    scratch.count = n;
+    scratch.normalX = 0;
+    scratch.normalY = TEXTURE::kFlatNormal;
+    scratch.normalZ = 0;
+    scratch.attr = 0;
+  } else {
+    scratch.count = end[-6];
+    scratch.normalX = end[-5];
+    scratch.normalY = end[-4];
+    scratch.normalZ = end[-3];
+    scratch.attr = end[-2];
+  }
+  cursorEnd_ -= trailer + static_cast<std::size_t>(n);
   return &scratch;
 }
 

@@ -119,6 +119,7 @@ using Triple = std::array<std::int32_t, 3>;
 class TEXTURE {
  public:
   static constexpr std::int32_t kMaxVerts = 256;
+  static constexpr std::int32_t kFlatNormal = 32767;  // the normal's y of a flat polygon: 1
 
   TEXTURE() = default;
   TEXTURE(const TEXTURE&) = delete;
@@ -159,10 +160,12 @@ class TextureList {
  private:
   // Each polygon is a record of its vertices' points followed by count,
   // normalX, normalY, normalZ, attr and the number of vertices stored, so the
-  // list reads from its end. Records fill blocks that double in size and are
+  // list reads from its end; a flat polygon of no attribute is followed by the
+  // number alone, marked. Records fill blocks that double in size and are
   // never moved: a tile's polygons cost their bytes once, in pages touched
   // only as they fill.
   static constexpr std::size_t kTrailer = 6;
+  static constexpr std::int32_t kPlainRecord = 1 << 30;
   static constexpr std::size_t kFirstBlock = 256;
   static constexpr std::size_t kLargestBlock = std::size_t{1} << 18;
   struct Block {
