@@ -4,6 +4,7 @@
 #include <bit>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -20,7 +21,7 @@ constexpr std::size_t kWindowBytes = 65536;
 // close; only one larger than this goes in pieces of this size, which keeps
 // the memory of the largest tile files down.
 constexpr std::size_t kWriteBufferBytes = std::size_t{1} << 20;
-constexpr std::size_t kFirstWriteBuffer = 4096;
+constexpr std::size_t kFirstWriteBuffer = 65536;
 }
 
 std::int32_t EncodeWidth(std::int32_t width) {
@@ -197,10 +198,16 @@ bool BgrFile::MakeRoom(std::size_t n) {
     if (!FlushPending()) return false;
     if (n <= pendingRoom_) return true;
   }
+  // realloc: a large buffer's pages move to their new place rather than being copied
   std::size_t room = std::max({pendingRoom_ * 2, kFirstWriteBuffer, cursor_ + n});
-  auto grown = std::make_unique_for_overwrite<unsigned char[]>(room);
-  if (pendingSize_ != 0) std::memcpy(grown.get(), pending_.get(), pendingSize_);
-  pending_ = std::move(grown);
+  void* grown = std::realloc(pending_.get(), room);
+  if (!grown) {
+    writeFailed_ = true;
+    writeError_ = ENOMEM;
+    return false;
+  }
+  (void)pending_.release();
+  pending_.reset(static_cast<unsigned char*>(grown));
   pendingRoom_ = room;
   return true;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -106,7 +107,10 @@ class BgrFile {
   std::string part_;  // the name written to until Close, when replacing
   Stream stream_;
   std::vector<unsigned char> window_;
-  std::unique_ptr<unsigned char[]> pending_;
+  struct Free {
+    void operator()(unsigned char* p) const { std::free(p); }
+  };
+  std::unique_ptr<unsigned char, Free> pending_;  // grown by realloc
   std::size_t pendingSize_ = 0;
   std::size_t pendingRoom_ = 0;
   long pendingStart_ = 0;   // where pending_ begins in the file

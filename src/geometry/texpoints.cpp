@@ -44,13 +44,14 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   capacity_ = capacity;
 }
 
-// The table's room is taken when its first point arrives: most tile tables of
-// a small airport stay empty.
+// The table's room grows with its points: most tile tables of a small airport
+// stay empty or hold a few.
 void TEXPOINTS::Reach(std::int32_t n) {
   if (static_cast<std::size_t>(n) <= points_.size()) return;
-  if (points_.capacity() < static_cast<std::size_t>(capacity_)) {
+  if (points_.capacity() < static_cast<std::size_t>(n)) {
+    std::size_t room = std::max<std::size_t>({static_cast<std::size_t>(n), points_.capacity() * 2, 64});
     try {
-      points_.reserve(static_cast<std::size_t>(capacity_));
+      points_.reserve(std::min(room, static_cast<std::size_t>(capacity_)));
     } catch (const std::bad_alloc&) {
       ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity_);
     }

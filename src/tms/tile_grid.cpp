@@ -19,7 +19,9 @@ bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b) {
   return (a < v && v < b) || (b < v && v < a);
 }
 
-TileGrid::TileGrid(RunContext* ctx) : tiles_(std::make_unique<Grid>()) {
+// default-initialised: every member has its initialiser, and clearing the
+// whole grid first would only touch its pages
+TileGrid::TileGrid(RunContext* ctx) : tiles_(new Grid) {
   for (auto& column : *tiles_) {
     for (TileRecord& tile : column) {
       for (TEXPOINTS& points : tile.points) points.Attach(ctx);
