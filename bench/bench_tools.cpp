@@ -65,7 +65,8 @@ void BM_StringListIterateFull(benchmark::State& state) {
   }
   for (auto _ : state) {
     int n = 0;
-    for (auto t = list.First("<bgr-", nullptr); t; t = bgr::STRING_LIST::Next(run.ctx(), nullptr)) ++n;
+    bgr::StringListWalk walk(list, "<bgr-");
+    for (auto t = walk.Next(); t; t = walk.Next()) ++n;
     benchmark::DoNotOptimize(n);
   }
   state.SetItemsProcessed(state.iterations() * list.count());

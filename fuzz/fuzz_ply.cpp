@@ -1,26 +1,23 @@
 // The PLY companion's readers on hostile text.
-#include "formats/taxiway_list.h"
+#include "formats/ply_reader.h"
 #include "fuzz_common.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   bgrfuzz::Run run;
   bgrfuzz::WriteInput("in.PLY", data, size);
-  bgr::TaxiwayList list(run.ctx);
-  list.Load(bgrfuzz::WorkDir() + "/in.bgr-missing", 0);
-  list.plyName = bgrfuzz::WorkDir() + "/in.PLY";
-  list.OpenPly("r");
+  bgr::PlyReader ply(run.ctx);
+  ply.Open(bgrfuzz::WorkDir() + "/in.PLY");
   bgr::TEXPOINTS pts;
   bgr::TEXTURE tex;
   for (std::int32_t shift : {-1, 0}) {
-    list.RewindPly();
+    ply.Rewind();
     pts.SetCount(0);
-    for (int guard = 0; guard < 100000 && list.ReadPly(pts, tex, shift); ++guard) {
+    for (int guard = 0; guard < 100000 && ply.ReadPly(pts, tex, shift); ++guard) {
     }
   }
-  list.RewindPly();
+  ply.Rewind();
   std::int32_t kind = 0, x1 = 0, z1 = 0, x2 = 0, z2 = 0, count = 0;
-  while (list.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count)) {
+  while (ply.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count)) {
   }
-  list.ClosePly();
   return 0;
 }

@@ -70,21 +70,22 @@ bool BgrFile::OpenReplace(RunContext& ctx, std::string_view name) {
   context_ = &ctx;
   name_ = name;
   writing_ = 1;
-  stream_ = OpenPart(ctx, name, part_);
+  replacing_.Open(ctx, name);
   Unbuffer();
   WriteTag("<bgno>");
-  return static_cast<bool>(stream_);
+  return static_cast<bool>(replacing_);
 }
 
 // The writer keeps its own buffer: the stream's would only split its writes.
 void BgrFile::Unbuffer() {
-  if (stream_) std::setvbuf(stream_.get(), nullptr, _IONBF, 0);
+  if (file()) std::setvbuf(file(), nullptr, _IONBF, 0);
 }
 
 bool BgrFile::Close() {
-  if (!stream_) {
+  if (!IsOpen()) {
+    bool openFailed = writing_ != 0;
     writing_ = 0;
-    return true;
+    return !openFailed;
   }
   bool wasWriting = writing_ != 0;
   if (wasWriting) WriteTag("<endo>");
@@ -94,11 +95,13 @@ bool BgrFile::Close() {
   writeFailed_ = false;
   writeError_ = 0;
   std::string failure;
-  if (flushed) {
-    failure = PutInPlace(stream_, part_, name_);
-  } else {
-    DropPart(stream_, part_);
+  if (!flushed) {
+    Drop();
     failure = std::strerror(flushError != 0 ? flushError : EIO);
+  } else if (replacing_) {
+    failure = replacing_.Commit();
+  } else if (!stream_.Close()) {
+    failure = stream_.error();
   }
   if (failure.empty() || !wasWriting) return true;
   context_->Report("BgrFile cannot write '%s': %s", name_, 0, 0, failure);
@@ -110,8 +113,13 @@ void BgrFile::Abandon() {
   pendingStart_ = 0;
   cursor_ = 0;
   writeFailed_ = false;
-  DropPart(stream_, part_);
+  Drop();
   writing_ = 0;
+}
+
+void BgrFile::Drop() {
+  if (stream_) std::fclose(stream_.release());
+  replacing_.Drop();
 }
 
 void BgrFile::ResetWindow(long start) {
@@ -121,10 +129,10 @@ void BgrFile::ResetWindow(long start) {
 }
 
 bool BgrFile::Refill() {
-  if (!stream_ || writing_) return false;
+  if (!IsOpen() || writing_) return false;
   windowStart_ += static_cast<long>(windowLen_);
   windowPos_ = 0;
-  windowLen_ = std::fread(window_.data(), 1, window_.size(), stream_.get());
+  windowLen_ = std::fread(window_.data(), 1, window_.size(), file());
   return windowLen_ > 0;
 }
 
@@ -144,20 +152,20 @@ bool BgrFile::ReadBytes(void* out, std::size_t n) {
 }
 
 long BgrFile::Tell() const {
-  if (!stream_) return 0;
+  if (!IsOpen()) return 0;
   if (writing_) return pendingStart_ + static_cast<long>(cursor_);
   return windowStart_ + static_cast<long>(windowPos_);
 }
 
 bool BgrFile::Seek(long position) {
-  if (!stream_ || position < 0) return false;
+  if (!IsOpen() || position < 0) return false;
   if (writing_) {
     // a place still in memory is written there; one already on the disk is sought
     if (position >= pendingStart_ && position <= pendingStart_ + static_cast<long>(pendingSize_)) {
       cursor_ = static_cast<std::size_t>(position - pendingStart_);
       return true;
     }
-    if (!FlushPending() || std::fseek(stream_.get(), position, SEEK_SET) != 0) return false;
+    if (!FlushPending() || std::fseek(file(), position, SEEK_SET) != 0) return false;
     pendingStart_ = position;
     return true;
   }
@@ -165,16 +173,16 @@ bool BgrFile::Seek(long position) {
     windowPos_ = static_cast<std::size_t>(position - windowStart_);
     return true;
   }
-  std::clearerr(stream_.get());
-  if (std::fseek(stream_.get(), position, SEEK_SET) != 0) return false;
+  std::clearerr(file());
+  if (std::fseek(file(), position, SEEK_SET) != 0) return false;
   ResetWindow(position);
   return true;
 }
 
 long BgrFile::Length() {
-  if (!stream_) return 0;
+  if (!IsOpen()) return 0;
   if (writing_) FlushPending();
-  std::FILE* f = stream_.get();
+  std::FILE* f = file();
   long here = writing_ ? pendingStart_ : std::ftell(f);
   std::fseek(f, 0, SEEK_END);
   long length = std::ftell(f);
@@ -183,7 +191,7 @@ long BgrFile::Length() {
 }
 
 bool BgrFile::WriteBytes(const void* data, std::size_t n) {
-  if (!stream_ || writeFailed_) return false;
+  if (!IsOpen() || writeFailed_) return false;
   if (cursor_ + n > pendingRoom_ && !MakeRoom(n)) return false;
   std::memcpy(pending_.get() + cursor_, data, n);
   cursor_ += n;
@@ -213,9 +221,9 @@ bool BgrFile::MakeRoom(std::size_t n) {
 }
 
 bool BgrFile::FlushPending() {
-  if (pendingSize_ != 0 && stream_ && !writeFailed_) {
+  if (pendingSize_ != 0 && IsOpen() && !writeFailed_) {
     errno = 0;
-    writeFailed_ = std::fwrite(pending_.get(), 1, pendingSize_, stream_.get()) != pendingSize_;
+    writeFailed_ = std::fwrite(pending_.get(), 1, pendingSize_, file()) != pendingSize_;
     if (writeFailed_) writeError_ = errno;
   }
   pendingStart_ += static_cast<long>(pendingSize_);
@@ -230,7 +238,7 @@ bool BgrFile::WriteTag(std::string_view text) {
 }
 
 bool BgrFile::ReadTag(std::string_view text) {
-  if (!stream_ || writing_) return false;
+  if (!IsOpen() || writing_) return false;
   long start = Tell();
   bool match = true;
   for (char want : text) {
@@ -252,7 +260,7 @@ bool BgrFile::WriteLong(std::int32_t value) {
 }
 
 bool BgrFile::WriteLongs(const std::int32_t* values, std::size_t n) {
-  if (!stream_ || writeFailed_) return false;
+  if (!IsOpen() || writeFailed_) return false;
   if (cursor_ + 4 * n > pendingRoom_ && !MakeRoom(4 * n)) return false;
   unsigned char* at = pending_.get() + cursor_;
   for (std::size_t i = 0; i < n; ++i, at += 4) EncodeU32(static_cast<std::uint32_t>(values[i]), at);

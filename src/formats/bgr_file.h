@@ -47,16 +47,16 @@ class BgrFile {
   // A file still being written under its part name is dropped.
   ~BgrFile() { Abandon(); }
 
-  bool IsOpen() const { return static_cast<bool>(stream_); }
+  bool IsOpen() const { return stream_ || replacing_; }
   bool OpenRead(RunContext& ctx, std::string_view name);
   bool OpenWrite(RunContext& ctx, std::string_view name);
-  // Writes under a part name beside name; Close puts the file in place in one
-  // rename, so that until then, and after any failure, the old file stays whole.
+  // Writes through an OutputFile; Close puts the file in place, so that until
+  // then, and after any failure, the old file stays whole.
   bool OpenReplace(RunContext& ctx, std::string_view name);
   // Reads an open stream from its start, as OpenRead reads a file.
   bool AttachRead(RunContext& ctx, Stream stream, std::string_view name);
   // False, with an error line in the report, when a written file didn't reach
-  // the disk whole.
+  // the disk whole; false without one when its open failed (that was reported).
   [[nodiscard]] bool Close();
   // Closes without a word: for a file that is given up anyway.
   void Abandon();
@@ -99,13 +99,16 @@ class BgrFile {
   bool FlushPending();
   int GetByte();
   bool Refill();
+  // The stream read or written, whichever is open.
+  std::FILE* file() const { return replacing_ ? replacing_.get() : stream_.get(); }
   void ResetWindow(long start);
+  void Drop();
 
   std::int32_t writing_ = 0;
   RunContext* context_ = nullptr;
   std::string name_;
-  std::string part_;  // the name written to until Close, when replacing
   Stream stream_;
+  OutputFile replacing_;
   std::vector<unsigned char> window_;
   struct Free {
     void operator()(unsigned char* p) const { std::free(p); }

@@ -16,6 +16,10 @@ inline void EncodeU32(std::uint32_t v, unsigned char* b) {
   for (int i = 0; i < 4; ++i) b[i] = static_cast<unsigned char>(v >> (8 * i));
 }
 
+inline void EncodeU64(std::uint64_t v, unsigned char* b) {
+  for (int i = 0; i < 8; ++i) b[i] = static_cast<unsigned char>(v >> (8 * i));
+}
+
 inline std::uint64_t DecodeU64(const unsigned char* b) {
   std::uint64_t out = 0;
   for (int i = 7; i >= 0; --i) out = out << 8 | b[i];
@@ -37,14 +41,14 @@ inline bool ReadU64(std::FILE* f, std::uint64_t& out) {
 }
 
 inline bool WriteU32(std::FILE* f, std::uint32_t v) {
-  unsigned char b[4] = {static_cast<unsigned char>(v), static_cast<unsigned char>(v >> 8),
-                        static_cast<unsigned char>(v >> 16), static_cast<unsigned char>(v >> 24)};
+  unsigned char b[4];
+  EncodeU32(v, b);
   return f && std::fwrite(b, 1, 4, f) == 4;
 }
 
 inline bool WriteU64(std::FILE* f, std::uint64_t v) {
   unsigned char b[8];
-  for (int i = 0; i < 8; ++i) b[i] = static_cast<unsigned char>(v >> (8 * i));
+  EncodeU64(v, b);
   return f && std::fwrite(b, 1, 8, f) == 8;
 }
 

@@ -99,10 +99,7 @@ CopyStreams::CopyStreams(RunContext& ctx, std::string_view source, std::string_v
     ctx.Report("BgrMove source file '%s' not found", source);
   }
   TellWhatStandsInstead(ctx, source);  // also a file that opens but holds no network
-  if (!out.Open(ctx, destination)) {
-    ok = 0;
-    ctx.Report("BgrMove dest file '%s' not openable", destination);
-  }
+  OpenDestination(ctx, "BgrMove", source, destination, out, ok);
 }
 
 int CopyStreams::Finish(RunContext& ctx) {

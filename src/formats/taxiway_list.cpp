@@ -13,21 +13,12 @@
 namespace bgr {
 namespace {
 
-constexpr std::int32_t kMaxPlyCorners = 255;
-constexpr std::int32_t kManyPlyCorners = 128;  // from here on a polygon is reported
-constexpr int kShiftTries = 10;
-
-bool StartsWith(const std::string& line, std::string_view head) { return line.compare(0, head.size(), head) == 0; }
 
 }  // namespace
 
 TaxiwayList::TaxiwayList(RunContext& ctx) : bgrName(kNoneBgr), ctx_(ctx) {
   points.Attach(&ctx);
   Reset();
-}
-
-TaxiwayList::~TaxiwayList() {
-  if (!plyPart_.empty()) DropPart(plyFile, plyPart_);
 }
 
 void TaxiwayList::Reset() {
@@ -82,8 +73,8 @@ std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
   }
   plyName = std::string(path);
   SetExtension(plyName, "PLY");
-  const char* mode = updatePly == 0 ? "r" : (FileExists(ctx_, plyName) ? "a" : "w");
-  OpenPly(mode);
+  // the companion is read by a PlyReader; a network opens it only to add to it
+  if (updatePly != 0) OpenPly(FileExists(ctx_, plyName) ? "a" : "w");
   return result;
 }
 
@@ -95,10 +86,9 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
   }
   BgrFile file;
   bool opened = file.OpenReplace(ctx_, path);
-  if (!opened && !ctx_.once.networkNotSaved) {
-    // the report has the failed open; say on standard error, once, what it costs
-    ctx_.once.networkNotSaved = true;
-    int reason = errno;
+  int reason = errno;
+  // the report has the failed open; say on standard error, once, what it costs
+  if (!opened && ctx_.FirstTime("TaxiwayList::Save network not saved")) {
     ctx_.diagnostics().Printf("bgrtool: the network '%.*s' is not saved: %s\n", static_cast<int>(path.size()),
                               path.data(), std::strerror(reason));
   }
@@ -121,97 +111,29 @@ std::int32_t TaxiwayList::Save(std::string_view path) {
 
 bool TaxiwayList::OpenPly(std::string_view mode) {
   ClosePly();
-  if (mode.empty() || mode[0] == 'r') {
-    plyFile = WrapFileOpen(ctx_, plyName, mode);
-  } else if (Stream old = mode[0] == 'a' ? WrapFileOpen(ctx_, plyName, "rb") : Stream(); mode[0] != 'a' || old) {
+  if (Stream old = mode[0] == 'a' ? WrapFileOpen(ctx_, plyName, "rb") : Stream(); mode[0] != 'a' || old) {
     // Lines are added to a copy beside the file, which takes the file's place
     // when it is closed: a write that fails leaves the old file whole.
-    plyFile = OpenPart(ctx_, plyName, plyPart_, mode);
-    if (plyFile && old) {
+    plyOut_.Open(ctx_, plyName, mode);
+    if (plyOut_ && old) {
       char buffer[65536];
       std::size_t n;
-      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, plyFile.get());
+      while ((n = std::fread(buffer, 1, sizeof buffer, old.get())) > 0) std::fwrite(buffer, 1, n, plyOut_.get());
     }
   }
-  if (!plyFile) {
+  if (!PlyStream()) {
     ctx_.Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", plyName);
   } else if (!mode.empty() && mode[0] == 'w') {
-    std::fprintf(plyFile.get(), "ORG %lf %lf\n", originLat, originLon);
+    std::fprintf(PlyStream(), "ORG %lf %lf\n", originLat, originLon);
   }
-  return static_cast<bool>(plyFile);
+  return PlyStream() != nullptr;
 }
 
 std::int32_t TaxiwayList::ClosePly() {
-  if (!plyFile) return 1;
-  std::string failure = PutInPlace(plyFile, plyPart_, plyName);
+  if (!plyOut_) return 1;
+  std::string failure = plyOut_.Commit();
   if (failure.empty()) return 1;
   ctx_.Report("TaxiwayList cannot write '%s': %s", plyName, 0, 0, failure);
-  return 0;
-}
-
-bool TaxiwayList::RewindPly() {
-  if (!plyFile) return false;
-  std::clearerr(plyFile.get());
-  return std::fseek(plyFile.get(), 0, SEEK_SET) == 0;
-}
-
-bool TaxiwayList::ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift) {
-  tex.count = 0;
-  std::string line;
-  if (plyFile) {
-    while (tex.count < kMaxPlyCorners) {
-      if (!ReadLimitedLine(plyFile.get(), line)) return false;
-      int x = 0, z = 0;
-      if (std::sscanf(line.c_str(), "POI %d %d", &x, &z) == 2) {
-        std::int32_t before = pts.count();
-        bool warned = false;
-        for (int attempt = 0; attempt < kShiftTries; ++attempt) {
-          std::int32_t index = pts.Add(x, 0, z, 0, nullptr);
-          tex.verts[static_cast<std::size_t>(tex.count)].point = index;
-          if (shift >= 0 || pts.count() > before) break;
-          if (!warned) {
-            warned = true;
-            ctx_.Report(">WARNING:TaxiwayList::ReadPly() shifting points");
-          }
-          if (attempt % 2 == 0) {
-            x = WrapAdd(x, 1);
-          } else {
-            z = WrapAdd(z, 1);
-          }
-        }
-        ++tex.count;
-      } else if (StartsWith(line, "PLY ")) {
-        break;
-      } else if (StartsWith(line, "EXI")) {
-        return false;
-      }
-    }
-  }
-  if (tex.count >= kManyPlyCorners && !ctx_.once.plyTooManyPoints) {
-    ctx_.once.plyTooManyPoints = true;
-    ctx_.Report("TaxiwayList::ReadPly - too many points %d %ld");
-  }
-  return tex.count > 0;
-}
-
-std::int32_t TaxiwayList::ReadLgt(std::int32_t* kind, std::int32_t* x1, std::int32_t* z1, std::int32_t* x2,
-                                  std::int32_t* z2, std::int32_t* count) {
-  if (!plyFile) return 0;
-  std::string line;
-  while (ReadLimitedLine(plyFile.get(), line)) {
-    int v[6] = {*kind, *x1, *z1, *x2, *z2, *count};
-    int fields = std::sscanf(line.c_str(), "LGT %d %d %d %d %d %d", &v[0], &v[1], &v[2], &v[3], &v[4], &v[5]);
-    if (fields == 6 || fields == 3) {
-      *kind = v[0];
-      *x1 = v[1];
-      *z1 = v[2];
-      *x2 = fields == 6 ? v[3] : v[1];
-      *z2 = fields == 6 ? v[4] : v[2];
-      *count = fields == 6 ? v[5] : 1;
-      return 1;
-    }
-    if (StartsWith(line, "EXI")) return 0;
-  }
   return 0;
 }
 
@@ -222,31 +144,31 @@ std::int32_t TaxiwayList::ToPlyCoordinates(double x, double z, std::int32_t* out
 }
 
 std::int32_t TaxiwayList::WritePlyPoint(double x, double, double z) {
-  if (plyFile) {
+  if (PlyStream()) {
     std::int32_t px, pz;
     ToPlyCoordinates(x, z, &px, &pz);
-    std::fprintf(plyFile.get(), "POI %d %d\n", px, pz);
+    std::fprintf(PlyStream(), "POI %d %d\n", px, pz);
   }
   state = NetState::kPolygon;
   return 1;
 }
 
 std::int32_t TaxiwayList::EndPlyPolygon(std::string_view name) {
-  if (state == NetState::kPolygon && plyFile) std::fprintf(plyFile.get(), "PLY \"%s\"\n", std::string(name).c_str());
+  if (state == NetState::kPolygon && PlyStream()) std::fprintf(PlyStream(), "PLY \"%s\"\n", std::string(name).c_str());
   state = NetState::kOpen;
   return 1;
 }
 
 std::int32_t TaxiwayList::WritePlyLight(std::int32_t kind, double x1, double, double z1, double x2, double,
                                         double z2, std::int32_t count) {
-  if (count >= 1 && plyFile) {
+  if (count >= 1 && PlyStream()) {
     std::int32_t ax, az, bx, bz;
     ToPlyCoordinates(x1, z1, &ax, &az);
     ToPlyCoordinates(x2, z2, &bx, &bz);
     if (count == 1) {
-      std::fprintf(plyFile.get(), "LGT %d %d %d\n", kind, ax, az);
+      std::fprintf(PlyStream(), "LGT %d %d %d\n", kind, ax, az);
     } else {
-      std::fprintf(plyFile.get(), "LGT %d %d %d %d %d %d\n", kind, ax, az, bx, bz, count);
+      std::fprintf(PlyStream(), "LGT %d %d %d %d %d %d\n", kind, ax, az, bx, bz, count);
     }
   }
   state = NetState::kOpen;

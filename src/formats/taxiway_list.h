@@ -1,5 +1,5 @@
-// The airport network in memory: points, edges, origin, and the open PLY
-// companion with the apron polygons and lights.
+// The airport network in memory: points, edges, origin, and the PLY companion
+// that a script adds polygons and lights to (formats/ply_reader.h reads it).
 #pragma once
 
 #include <array>
@@ -36,7 +36,7 @@ class TaxiwayList {
   // Nothing is saved on destruction: an owner that built a network saves it.
   explicit TaxiwayList(RunContext& ctx);
   // A PLY copy still open is dropped: the file it was to replace stays as it was.
-  ~TaxiwayList();
+  ~TaxiwayList() = default;
   TaxiwayList(const TaxiwayList&) = delete;
   TaxiwayList& operator=(const TaxiwayList&) = delete;
 
@@ -47,12 +47,6 @@ class TaxiwayList {
 
   bool OpenPly(std::string_view mode);
   std::int32_t ClosePly();
-  bool RewindPly();
-  // The next polygon into tex, its points merged into pts; shift < 0 moves a
-  // point that finds its place taken.
-  bool ReadPly(TEXPOINTS& pts, TEXTURE& tex, std::int32_t shift);
-  std::int32_t ReadLgt(std::int32_t* kind, std::int32_t* x1, std::int32_t* z1, std::int32_t* x2, std::int32_t* z2,
-                       std::int32_t* count);
   std::int32_t ToPlyCoordinates(double x, double z, std::int32_t* outX, std::int32_t* outZ) const;
   std::int32_t WritePlyPoint(double x, double y, double z);
   std::int32_t EndPlyPolygon(std::string_view name);
@@ -60,7 +54,6 @@ class TaxiwayList {
                              std::int32_t count);
 
   std::string plyName;
-  Stream plyFile;
   double shiftZ = 0;
   double shiftX = 0;
   std::string bgrName;
@@ -75,7 +68,8 @@ class TaxiwayList {
 
  private:
   RunContext& ctx_;
-  std::string plyPart_;  // the copy written to until ClosePly puts it in place
+  OutputFile plyOut_;  // the copy written to until ClosePly puts it in place
+  std::FILE* PlyStream() const { return plyOut_.get(); }
 };
 
 }  // namespace bgr

@@ -27,7 +27,7 @@ TmsContent ReadTmsContent(RunContext& ctx, std::string_view path) {
     inOrder = inOrder && tms.tileX * kTmsGrid + tms.tileZ == content.tilesRead;
     auto& tile = content.tiles[static_cast<std::size_t>(tms.tileX)][static_cast<std::size_t>(tms.tileZ)];
     for (;;) {
-      int section = tms.ReadPave() ? 0 : tms.ReadEdmk() ? 1 : tms.ReadCntr() ? 2 : -1;
+      int section = tms.ReadPolygonLayer();
       if (section >= 0) {
         // an empty section still reads as one polygon of no corners
         if (tms.polygon.count == 0) continue;

@@ -3,6 +3,7 @@
 #include <array>
 #include <iterator>
 
+#include "formats/working_units.h"
 #include "frame/int32_math.h"
 
 namespace bgr {
@@ -123,8 +124,8 @@ bool TmsFile::WriteLite() {
   }
   for (std::int32_t i = 0; i < n; ++i) {
     // lights are stored in whole feet
-    float x = static_cast<float>(points[i].x / 256);
-    float z = static_cast<float>(points[i].z / 256);
+    float x = static_cast<float>(points[i].x / kUnitsPerFoot);
+    float z = static_cast<float>(points[i].z / kUnitsPerFoot);
     file.WriteRaw32(&x);
     file.WriteRaw32(&z);
   }
@@ -218,7 +219,8 @@ bool TmsFile::ReadLite() {
     float x = 0, z = 0;
     file.ReadFloat(&x);
     file.ReadFloat(&z);
-    table[static_cast<std::size_t>(i)] = TEXPOINT{TruncToLong(x * 256.0), 0, TruncToLong(z * 256.0)};
+    table[static_cast<std::size_t>(i)] =
+        TEXPOINT{TruncToLong(x * double{kUnitsPerFoot}), 0, TruncToLong(z * double{kUnitsPerFoot})};
   }
   points.SetCount(n);
   lightStep = 0;

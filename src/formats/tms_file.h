@@ -36,6 +36,10 @@ class TmsFile {
   bool ReadPave() { return ReadPolygonSection("<pave>", TmsState::kPave); }
   bool ReadEdmk() { return ReadPolygonSection("<edmk>", TmsState::kEdmk); }
   bool ReadCntr() { return ReadPolygonSection("<cntr>", TmsState::kCntr); }
+  // The polygon section that comes next, tried in the order a tile holds them:
+  // its layer (0 pave, 1 edmk, 2 cntr), or -1 when none does.
+  int ReadPolygonLayer() { return ReadPave() ? 0 : ReadEdmk() ? 1 : ReadCntr() ? 2 : -1; }
+  static constexpr const char* kPolygonTags[] = {"<pave>", "<edmk>", "<cntr>"};
   bool ReadLite();
   bool ReadTileEnd();
 

@@ -57,6 +57,9 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
   return stream;
 }
 
+namespace {
+
+// The part beside 'name' ('part' stays empty for a device, written straight).
 Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::string_view mode) {
   part.clear();
   platform::PathKind kind = platform::KindOf(name);
@@ -78,45 +81,57 @@ Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::
   return stream;
 }
 
-std::string PutInPlace(Stream& stream, std::string& part, std::string_view name) {
+}  // namespace
+
+bool OutputFile::Open(RunContext& ctx, std::string_view name, std::string_view mode) {
+  Drop();
+  name = SkipBlanks(name);
+  name_ = name;
+  stream_ = OpenPart(ctx, name, part_, mode);
+  return static_cast<bool>(stream_);
+}
+
+std::string OutputFile::Commit() {
   std::string failure;
-  if (!stream.Close()) {
-    failure = stream.error();
-  } else if (!part.empty() && !platform::MoveFile(part, name)) {
+  if (!stream_.Close()) {
+    failure = stream_.error();
+  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
     failure = "the new file cannot take the old one's place";
   }
-  if (!failure.empty() && !part.empty()) platform::RemoveFile(part);
-  part.clear();
+  if (!failure.empty() && !part_.empty()) platform::RemoveFile(part_);
+  part_.clear();
   return failure;
 }
 
-void DropPart(Stream& stream, std::string& part) {
-  if (stream) std::fclose(stream.release());
-  if (!part.empty()) platform::RemoveFile(part);
-  part.clear();
-}
-
-OutputFile::~OutputFile() {
-  if (!part_.empty()) DropPart(stream_, part_);
-}
-
-bool OutputFile::Open(RunContext& ctx, std::string_view name) {
-  name = SkipBlanks(name);
-  name_ = name;
-  stream_ = OpenPart(ctx, name, part_);
-  return static_cast<bool>(stream_);
+void OutputFile::Drop() {
+  if (stream_) std::fclose(stream_.release());
+  if (!part_.empty()) platform::RemoveFile(part_);
+  part_.clear();
 }
 
 bool OutputFile::Finish(RunContext& ctx, bool ok, std::string_view command) {
   if (!stream_) return false;
   if (!ok) {
-    DropPart(stream_, part_);
+    Drop();
     return false;
   }
-  std::string failure = PutInPlace(stream_, part_, name_);
+  std::string failure = Commit();
   if (failure.empty()) return true;
   ctx.Report(std::string(command) + " cannot write '%s': %s", name_, 0, 0, failure);
   return false;
+}
+
+bool OpenDestination(RunContext& ctx, std::string_view command, std::string_view source, std::string_view destination,
+                     OutputFile& out, int& ok) {
+  if (platform::SameFile(source, destination)) {
+    ctx.Report(std::string(command) + " source and destination are the same file '%s'", destination);
+    return false;
+  }
+  if (!out.Open(ctx, destination)) {
+    ok = 0;
+    ctx.Report(std::string(command) + " dest file '%s' not openable", destination);
+  }
+  return true;
 }
 
 bool WrapFileClose(Stream& stream) { return stream.Close(); }

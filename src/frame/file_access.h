@@ -39,35 +39,31 @@ class Stream {
 
 Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mode);
 
-// A file written under a part name beside its final name, put in place in one
-// rename (a device is written straight). A failed open is reported as
-// WrapFileOpen reports it, with 'mode'; 'part' stays empty then, and for a device.
-Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::string_view mode = "wb");
-// Closes the stream with every byte checked and puts the part at 'name'; on
-// failure the part is dropped and the name keeps its old file. Empty when
-// done, else the system's reason.
-std::string PutInPlace(Stream& stream, std::string& part, std::string_view name);
-// Closes the stream and removes the part: the old file stays as it was.
-void DropPart(Stream& stream, std::string& part);
-
-// An output file written under a part name beside its final name and put in
-// place in one rename when the command succeeded: until then, and after any
-// failure, the file of that name stays as it was.
+// The one way a file is written safely: under a part name beside its final
+// name, with every write checked at the close, put in place in one rename
+// (platform::MoveFile: the data reaches the disk first, the mode and a link at
+// the name are kept). Until then, and after any failure, the file of that name
+// stays as it was. A device is written straight. An unfinished file is dropped.
 class OutputFile {
  public:
   OutputFile() = default;
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile();
+  ~OutputFile() { Drop(); }
 
   // Opens for writing; a failed open is reported as WrapFileOpen reports it,
-  // under the final name.
-  bool Open(RunContext& ctx, std::string_view name);
+  // under the final name, with 'mode'.
+  bool Open(RunContext& ctx, std::string_view name, std::string_view mode = "wb");
   std::FILE* get() const { return stream_.get(); }
   explicit operator bool() const { return static_cast<bool>(stream_); }
-  // With ok, closes the file with every byte checked and puts it in place;
-  // otherwise drops it. A failure is an error line in the command's words.
-  // True when the file is in place.
+  const std::string& name() const { return name_; }
+  // Closes the file with every byte checked and puts it in place; empty when
+  // done, else the system's reason (the part is dropped then).
+  [[nodiscard]] std::string Commit();
+  // Closes the file and removes the part: the old file stays as it was.
+  void Drop();
+  // With ok, commits, a failure being an error line in the command's words;
+  // otherwise drops. True when the file is in place.
   bool Finish(RunContext& ctx, bool ok, std::string_view command);
 
  private:
@@ -75,6 +71,12 @@ class OutputFile {
   std::string name_;
   std::string part_;  // empty while writing straight to the final name (a device)
 };
+// The output of a command that reads 'source': refused, in the command's words,
+// when it is the source itself (false: the command does nothing); otherwise
+// opened, a failed open said in the command's words and clearing 'ok'.
+bool OpenDestination(RunContext& ctx, std::string_view command, std::string_view source, std::string_view destination,
+                     OutputFile& out, int& ok);
+
 bool WrapFileClose(Stream& stream);
 bool FileExists(RunContext& ctx, std::string_view name);
 // Why a file can't be read, in the system's words ("No such file or directory")

@@ -121,4 +121,9 @@ bool ScanOption(const char* arg, Settings& s) {
   return false;
 }
 
+NodeRange SelectedNodes(const Settings& s) {
+  if (s.vmin == -1) return {};
+  return {s.vmin, s.vmax == -1 ? s.vmin : s.vmax};
+}
+
 }  // namespace bgr

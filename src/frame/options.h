@@ -41,6 +41,15 @@ struct Settings {
   CellChoice refCell;
 };
 
+// The nodes that -ls and -mv work on: a vmin of -1 means all of them (0 to
+// 9999), a vmax of -1 the one node vmin.
+inline constexpr std::int32_t kLastListedNode = 9999;
+struct NodeRange {
+  std::int32_t first = 0, last = kLastListedNode;
+  bool Holds(std::int32_t node) const { return first <= node && node <= last; }
+};
+NodeRange SelectedNodes(const Settings& s);
+
 // Tries one argument against the option table, first match wins; true when it
 // was taken as an option (also when its value didn't scan).
 bool ScanOption(const char* arg, Settings& settings);

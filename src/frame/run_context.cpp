@@ -150,6 +150,12 @@ void RunContext::Report(std::string_view format, std::string_view text, std::int
   reportBusy_ = false;
 }
 
+void RunContext::ReportOnce(std::string_view format, std::string_view text, std::int16_t shortNumber,
+                            std::int32_t longNumber, std::string_view text2) {
+  if (!FirstTime(format)) return;
+  Report(format, text, shortNumber, longNumber, text2);
+}
+
 void RunContext::ReportFatalLines(const FatalStop& stop) {
   Report(stop.format, stop.text, stop.shortNumber, stop.longNumber, "");
   reportToFile_ = false;

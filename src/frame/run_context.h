@@ -1,18 +1,17 @@
 // What one run of the program owns: the run report (report.txt beside the
-// program), the console and diagnostics sinks, and the few marks that the
-// program keeps for the whole run (once-only warnings, the TMS listing's range,
-// the one string-list walk). Commands get it as their first argument.
+// program), the console and diagnostics sinks, and the report lines already
+// given that come once a run. Commands get it as their first argument.
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "frame/output.h"
 
 namespace bgr {
-
-class STRING_LIST;
 
 // A fatal stop: ReportFatal throws it, the top of the run turns it into its
 // report lines and the exit value, so that nothing below calls exit.
@@ -25,29 +24,6 @@ struct FatalStop {
 
 [[noreturn]] void ReportFatal(std::string_view format, std::string_view text = "", std::int16_t shortNumber = 0,
                               std::int32_t longNumber = 0);
-
-// Warnings that come once a run, however often their cause comes back.
-struct OnceWarnings {
-  bool pointTableFull = false;    // TEXPOINTS::Add
-  bool polygonAllocFailed = false;  // TextureList::Add
-  bool plyTooManyPoints = false;  // TaxiwayList::ReadPly
-  bool segmentListFull = false;   // SegmentList::Add, both lists of the TMS job
-  bool apronComplex = false;      // GenerateApron: a polygon with holes or touching itself
-  bool apronTriangulationFailed = false;  // GenerateApronPolygons
-  bool networkNotSaved = false;   // TaxiwayList::Save, on standard error
-};
-
-// The point range of the TMS listing; it starts once a run and is never reset.
-struct ListRange {
-  std::int32_t lowX = 9999999, lowZ = 9999999, highX = -9999999, highZ = -9999999;
-};
-
-// The one walk over a string list that a run has at a time.
-struct ListIteration {
-  const STRING_LIST* list = nullptr;
-  std::string prefix;
-  std::int32_t position = 0;
-};
 
 class RunContext {
  public:
@@ -67,15 +43,17 @@ class RunContext {
               std::int32_t longNumber = 0, std::string_view text2 = "");
   // The lines of a fatal stop: the report and the console, then the console alone.
   void ReportFatalLines(const FatalStop& stop);
+  // True the first time 'key' is raised in this run: for what is said once a
+  // run, however often its cause comes back.
+  bool FirstTime(std::string_view key) { return raised_.emplace(key).second; }
+  // Report, once a run for each format.
+  void ReportOnce(std::string_view format, std::string_view text = "", std::int16_t shortNumber = 0,
+                  std::int32_t longNumber = 0, std::string_view text2 = "");
   void ReportEnd();
   // In-process runs (tests, tools) keep report lines on the console sink.
   void KeepReportOnConsole() { reportToFile_ = false; }
 
   const std::string& reportPath() const { return reportPath_; }
-
-  OnceWarnings once;
-  ListRange listRange;
-  ListIteration listIteration;
 
  private:
   class ReportStream;
@@ -87,6 +65,7 @@ class RunContext {
   bool reportToConsole_ = true;
   bool reportBusy_ = false;
   std::int64_t startClock_ = 0;
+  std::set<std::string, std::less<>> raised_;
 };
 
 // A run whose console and report stay in memory: for reading files through the

@@ -232,10 +232,7 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
     }
   }
   if (count_ >= capacity_) {
-    if (context_ && !context_->once.pointTableFull) {
-      context_->once.pointTableFull = true;
-      context_->Report("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
-    }
+    if (context_) context_->ReportOnce("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
     return 0;
   }
   std::int32_t number = count_++;
@@ -283,11 +280,9 @@ std::int32_t TextureList::Add(const TEXTURE& texture) {
     try {
       blocks_.push_back({std::make_unique_for_overwrite<std::int32_t[]>(size), size, 0});
     } catch (const std::bad_alloc&) {
-      if (context_ && !context_->once.polygonAllocFailed) {
-        context_->once.polygonAllocFailed = true;
-        context_->Report("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
-                         static_cast<std::int32_t>(n * sizeof(TexVertex)));
-      }
+      if (context_)
+        context_->ReportOnce("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
+                             static_cast<std::int32_t>(n * sizeof(TexVertex)));
       return 0;
     }
   }

@@ -7,13 +7,17 @@
 #include <cmath>
 #include <cstdio>
 #include <iostream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
 
 #include "formats/bgr_file.h"
+#include "formats/edge_kinds.h"
+#include "formats/ply_reader.h"
 #include "formats/taxiway_list.h"
+#include "formats/working_units.h"
 #include "frame/file_access.h"
 #include "frame/int32_math.h"
 #include "frame/text.h"
@@ -22,14 +26,14 @@
 #include "tms/apron.h"
 #include "tms/repair_passes.h"
 #include "tms/tms_job.h"
+#include "tms/tms_steps.h"
 
 namespace bgr::kit {
 namespace {
 
-constexpr double kWorkingRangeFeet = 8388607.0;   // beyond it, 256 units to the foot overflow 32 bits
-constexpr std::int32_t kLeastWidth = 25, kMostWidth = 500;
+// beyond it, working units overflow 32 bits
+constexpr std::int32_t kWorkingRangeFeet = std::numeric_limits<std::int32_t>::max() / kUnitsPerFoot;
 constexpr double kNearMiss = 76800.0;             // 300 ft: an end this close was likely meant to touch
-constexpr std::int32_t kPlyCorners = 255;
 
 std::string Feet(double v) {
   char text[32];
@@ -63,7 +67,7 @@ Finding AtEdge(Finding f, const NetworkContent& n, const EdgeRecord& e) {
   return f;
 }
 
-bool IsYellow(const EdgeRecord& e) { return e.type == kTaxiway && (EdgeFlags(e.flags) & kAllFlags) == kPaintedOnly; }
+bool IsYellow(const EdgeRecord& e) { return IsYellowLine(e.type, e.flags); }
 
 // True when segments ab and cd cross at a point inside both (touching ends don't count).
 bool Cross(double ax, double az, double bx, double bz, double cx, double cz, double dx, double dz, double* x,
@@ -79,7 +83,7 @@ bool Cross(double ax, double az, double bx, double bz, double cx, double cz, dou
   return true;
 }
 
-Place InFeet(const TEXPOINT& p) { return {p.x / 256.0, p.z / 256.0}; }
+Place InFeet(const TEXPOINT& p) { return {UnitsToFeet(p.x), UnitsToFeet(p.z)}; }
 
 // The points that moved since 'before', as moves in feet.
 void MovedPoints(const std::vector<TEXPOINT>& before, const TEXPOINTS& after, std::vector<Foreseen::Move>& moves) {
@@ -109,7 +113,7 @@ void NearRunways(TmsJob& job, const std::vector<TEXPOINT>& start, Foreseen& f) {
     for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
       double d = job.runwayList.At(s)->line.SegmentDistance(p.x, p.z);
       if (d <= kSnapReach || d > kNearMiss) continue;
-      f.nearRunway.push_back({q, InFeet(p), d / 256.0, job.runwayList.At(s)->edge});
+      f.nearRunway.push_back({q, InFeet(p), UnitsToFeet(d), job.runwayList.At(s)->edge});
       break;
     }
   }
@@ -137,7 +141,7 @@ void NearTaxiways(TmsJob& job, Foreseen& f) {
         double d = PointDistance(x, z, job.Point(q).x, job.Point(q).z);
         if (d <= kSnapReach || d > kNearMiss) continue;
         reported[static_cast<std::size_t>(q)] = 1;
-        f.nearTaxiway.push_back({q, InFeet(job.Point(q)), d / 256.0, static_cast<std::uint32_t>(b)});
+        f.nearTaxiway.push_back({q, InFeet(job.Point(q)), UnitsToFeet(d), static_cast<std::uint32_t>(b)});
       }
     }
   }
@@ -149,27 +153,43 @@ Foreseen ForeseeRepairs(const std::string& path) {
   QuietRun run;
   auto job = std::make_unique<TmsJob>(run.ctx);
   Foreseen f;
-  if (job->Load(path) == 0) return f;
-  f.ran = true;
-  job->PrepareNetwork();
-  std::vector<TEXPOINT> start = Snapshot(job->network.points);
-  SnapEndPointsToRunways(*job);
-  MovedPoints(start, job->network.points, f.toRunway);
-  NearRunways(*job, start, f);
-  MakeRunwayExitStubs(*job);
-  for (std::int32_t i = 0; i < job->EdgeCount(); ++i) f.taxiways += job->Edge(i).type == kTaxiway;
-  std::int32_t made = job->network.points.count();
-  MakeTaxiwayTaxiwayIntersections(*job);
-  for (std::int32_t p = made; p < job->network.points.count(); ++p) f.splits.push_back(InFeet(job->network.points[p]));
-  std::vector<TEXPOINT> beforeTaxiways = Snapshot(job->network.points);
-  std::vector<TaxiwayEdge> edges(job->network.edges.begin(), job->network.edges.begin() + job->EdgeCount());
-  SnapEndPointsToTaxiways(*job);
-  MovedPoints(beforeTaxiways, job->network.points, f.toTaxiway);
-  // the taxiway split at a moved end is the one whose end became that point
-  for (Foreseen::Move& m : f.toTaxiway)
-    for (std::size_t i = 0; i < edges.size(); ++i)
-      if (edges[i].end != m.point && job->Edge(static_cast<std::int32_t>(i)).end == m.point) m.onto = static_cast<std::int32_t>(i);
-  NearTaxiways(*job, f);
+  job->Load(path);
+  std::vector<TEXPOINT> before;
+  std::vector<TaxiwayEdge> edges;
+  std::int32_t made = 0;
+  // the steps of -tm in their order, up to the end of the repairs
+  for (const TmsStep& step : TmsSteps()) {
+    if (step.name == "FillTaxiList") break;
+    if (step.name == "SnapEndPointsToRunways") {
+      before = Snapshot(job->network.points);
+    } else if (step.name == "MakeTaxiwayTaxiwayIntersections") {
+      f.taxiways = TaxiwayCount(job->network);
+      made = job->network.points.count();
+    } else if (step.name == "SnapEndPointsToTaxiways") {
+      before = Snapshot(job->network.points);
+      edges.assign(job->network.edges.begin(), job->network.edges.begin() + job->EdgeCount());
+    }
+    if (step.name == "Load") {
+      if (job->result() == 0) return f;
+      f.ran = true;
+      continue;  // loaded above
+    }
+    RunStep(*job, step);
+    if (step.name == "SnapEndPointsToRunways") {
+      MovedPoints(before, job->network.points, f.toRunway);
+      NearRunways(*job, before, f);
+    } else if (step.name == "MakeTaxiwayTaxiwayIntersections") {
+      for (std::int32_t p = made; p < job->network.points.count(); ++p) f.splits.push_back(InFeet(job->network.points[p]));
+    } else if (step.name == "SnapEndPointsToTaxiways") {
+      MovedPoints(before, job->network.points, f.toTaxiway);
+      // the taxiway split at a moved end is the one whose end became that point
+      for (Foreseen::Move& m : f.toTaxiway)
+        for (std::size_t i = 0; i < edges.size(); ++i)
+          if (edges[i].end != m.point && job->Edge(static_cast<std::int32_t>(i)).end == m.point)
+            m.onto = static_cast<std::int32_t>(i);
+      NearTaxiways(*job, f);
+    }
+  }
   return f;
 }
 
@@ -289,7 +309,7 @@ void CheckDuplicateEdges(const CheckInput& in, Findings& out) {
 void CheckWidthsKept(const NetworkContent& n, Findings& out) {
   std::map<std::int32_t, std::int32_t> shrinking;  // width -> edges
   for (const EdgeRecord& e : n.edges)
-    if (e.width >= kLeastWidth && e.width <= kMostWidth && DecodeWidth(EncodeWidth(e.width)) != e.width)
+    if (e.width >= kMinWidth && e.width <= kMaxWidth && DecodeWidth(EncodeWidth(e.width)) != e.width)
       ++shrinking[e.width];
   if (shrinking.empty()) return;
   std::int32_t edges = 0;
@@ -314,10 +334,11 @@ void CheckWidths(const CheckInput& in, Findings& out) {
   CheckWidthsKept(n, out);
   for (std::size_t i = 0; i < n.edges.size(); ++i) {
     const EdgeRecord& e = n.edges[i];
-    if (e.width >= kLeastWidth && e.width <= kMostWidth) continue;
+    if (e.width >= kMinWidth && e.width <= kMaxWidth) continue;
     out.push_back(AtEdge(Make(Severity::kWarning, "width-clamped", "edge", static_cast<std::int64_t>(i),
-                              "width " + std::to_string(e.width) + " ft lies outside 25..500 ft; a write makes it " +
-                                  std::to_string(e.width < kLeastWidth ? kLeastWidth : kMostWidth) + " ft"),
+                              "width " + std::to_string(e.width) + " ft lies outside " + std::to_string(kMinWidth) + ".." +
+                                  std::to_string(kMaxWidth) + " ft; a write makes it " +
+                                  std::to_string(e.width < kMinWidth ? kMinWidth : kMaxWidth) + " ft"),
                          n, e));
   }
 }
@@ -328,7 +349,8 @@ void CheckRange(const CheckInput& in, Findings& out) {
     const NodeRecord& p = n.nodes[i];
     if (std::fabs(p.x) <= kWorkingRangeFeet && std::fabs(p.z) <= kWorkingRangeFeet) continue;
     out.push_back(At(Make(Severity::kError, "out-of-range", "point", static_cast<std::int64_t>(i),
-                          "lies beyond 8388607 ft of the origin, where -tm's working units overflow"),
+                          "lies beyond " + std::to_string(kWorkingRangeFeet) +
+                              " ft of the origin, where -tm's working units overflow"),
                      p.x, p.z));
   }
 }
@@ -467,22 +489,21 @@ void CheckAprons(const CheckInput& in, Findings& out) {
     }
   }
   QuietRun run;
-  TaxiwayList net(run.ctx);
-  net.plyName = in.plyPath;
-  if (!net.OpenPly("r")) return;
+  PlyReader ply(run.ctx);
+  if (!ply.Open(in.plyPath)) return;
   TEXPOINTS points;
   points.Attach(&run.ctx);
   TEXTURE polygon;
   // the polygons as -tm reads them, with its verdict on each
   std::int32_t lastHash = 0;
   k = 0;
-  for (ApronFate fate; (fate = NextApron(net, points, polygon, lastHash)) != ApronFate::kEnd;) {
+  for (ApronFate fate; (fate = NextApron(ply, points, polygon, lastHash)) != ApronFate::kEnd;) {
     ++k;
     const TEXPOINT first = polygon.count > 0 ? points[polygon.verts[0].point] : TEXPOINT{};
     auto make = [&](Severity s, const char* code, const char* text) {
       bool scaled = fate == ApronFate::kMade;
-      out.push_back(At(Make(s, code, "polygon", k, text), scaled ? first.x / 256.0 : first.x,
-                       scaled ? first.z / 256.0 : first.z));
+      out.push_back(At(Make(s, code, "polygon", k, text), scaled ? UnitsToFeet(first.x) : first.x,
+                       scaled ? UnitsToFeet(first.z) : first.z));
     };
     switch (fate) {
       case ApronFate::kTooFew: make(Severity::kWarning, "short-polygon", "fewer than 3 corners; -tm leaves it out"); break;
@@ -517,10 +538,10 @@ void CheckPlyLines(const CheckInput& in, Findings& out) {
                                std::to_string(got < 0 ? 0 : got) + " -tm passes over it"));
     } else if (std::sscanf(line.c_str(), "POI %ld %ld", &v[0], &v[1]) == 2) {
       if (run == 0) runStart = number;
-      if (++run == kPlyCorners) {
+      if (++run == kMaxPlyCorners) {
         out.push_back(Make(Severity::kError, "too-many-corners", "line", number,
                            "the polygon begun on line " + std::to_string(runStart) +
-                               " reaches 255 corners here; -tm ends it and makes a polygon of its own of the rest"));
+                               " reaches " + std::to_string(kMaxPlyCorners) + " corners here; -tm ends it and makes a polygon of its own of the rest"));
         run = 0;
       }
     } else if (line.rfind("PLY ", 0) == 0) {

@@ -14,17 +14,19 @@
 #include <iostream>
 #include <map>
 
+#include "formats/little_endian.h"
 #include "frame/file_access.h"
 #include "frame/text.h"
 #include "kit/csv_table.h"
 #include "kit/kit.h"
+#include "script/airport_database.h"
 
 namespace bgr::kit {
 namespace {
 
+// A record: the code, then latitude and longitude as doubles.
 constexpr std::size_t kCodeBytes = 8;
-constexpr std::size_t kRecordBytes = 24;
-constexpr std::size_t kHeaderBytes = 56;
+constexpr std::size_t kRecordBytes = kCodeBytes + 2 * sizeof(double);
 constexpr int kShownBadRows = 5;
 
 struct Options {
@@ -62,14 +64,15 @@ void TellDuplicates(const std::map<std::string, std::vector<std::size_t>>& lines
             << " on more than one row, and each row is kept:" << shown << (doubled > kShownBadRows ? ", ...\n" : "\n");
 }
 
-void PutWord(std::string& bytes, std::uint32_t v) {
-  for (int i = 0; i < 4; ++i) bytes.push_back(static_cast<char>((v >> (8 * i)) & 0xFF));
+void PutDouble(std::string& bytes, double v) {
+  unsigned char b[8];
+  EncodeU64(std::bit_cast<std::uint64_t>(v), b);
+  bytes.append(reinterpret_cast<const char*>(b), sizeof b);
 }
 
-void PutDouble(std::string& bytes, double v) {
-  auto u = std::bit_cast<std::uint64_t>(v);
-  PutWord(bytes, static_cast<std::uint32_t>(u));
-  PutWord(bytes, static_cast<std::uint32_t>(u >> 32));
+// The dbt line of one field: "tag,offset,size,type".
+std::string FieldLine(const char* tag, std::size_t offset, std::size_t size, char type) {
+  return std::string(tag) + "," + std::to_string(offset) + "," + std::to_string(size) + "," + type + "\n";
 }
 
 bool WriteWhole(RunContext& ctx, const std::string& path, const std::string& bytes) {
@@ -167,15 +170,16 @@ int MakeDb(const Options& o) {
     std::cerr << "bgrkit makedb: no airport in '" << o.csv << "'\n";
     return kFailed;
   }
-  std::string dbd;
-  dbd.resize(16, '\0');
-  PutWord(dbd, count);
-  PutWord(dbd, static_cast<std::uint32_t>(kRecordBytes));
-  dbd.resize(kHeaderBytes, '\0');
+  std::string dbd(kDbdHeaderBytes, '\0');
+  auto* head = reinterpret_cast<unsigned char*>(dbd.data());
+  EncodeU32(count, head + kDbdRecordCountAt);
+  EncodeU32(static_cast<std::uint32_t>(kRecordBytes), head + kDbdRecordSizeAt);
   dbd += records;
   std::string dbt = o.output;
   SetExtension(dbt, "dbt");
-  std::string fields = "aica,0,8,C\nalat,8,8,N\nalon,16,8,N\n";
+  std::string fields = FieldLine(kCodeField, 0, kCodeBytes, 'C') +
+                       FieldLine(kLatitudeField, kCodeBytes, sizeof(double), 'N') +
+                       FieldLine(kLongitudeField, kCodeBytes + sizeof(double), sizeof(double), 'N');
 
   std::error_code ec;
   std::filesystem::path folder = std::filesystem::path(o.output).parent_path();

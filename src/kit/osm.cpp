@@ -28,6 +28,7 @@
 #include <set>
 #include <unordered_map>
 
+#include "formats/edge_kinds.h"
 #include "frame/file_access.h"
 #include "frame/text.h"
 #include "geometry/planar.h"
@@ -64,8 +65,8 @@ constexpr double kSameRunwayFeet = 100;
 constexpr double kCurveTolerance = 8;
 // A tile layer this close to its capacity counts as full.
 constexpr std::size_t kFullMargin = 8;
-constexpr int kTaxiwayFlags = 15;   // pavement, centre line, centre and edge lights
-constexpr int kTaxilaneFlags = 3;   // pavement and centre line: no lights on an apron lane
+constexpr int kTaxiwayFlags = kAllFlags;  // pavement, centre line, centre and edge lights
+constexpr int kTaxilaneFlags = kPaved | kPaintedLine;  // no lights on an apron lane
 
 struct Geo {
   double lat = 0, lon = 0;  // degrees

@@ -11,20 +11,19 @@
 #include <set>
 #include <unordered_map>
 
+#include "formats/edge_kinds.h"
+#include "formats/working_units.h"
 #include "frame/file_access.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
 #include "geometry/planar.h"
 #include "platform/platform.h"
 #include "script/script_network.h"
-#include "tms/tms_job.h"
 
 namespace bgr::kit {
 namespace {
 
-constexpr double kUnits = kUnitsPerFoot;
 constexpr double kFullCircle = 1296000.0;  // arc-seconds
-constexpr std::int32_t kPaintedCentre = 2;  // the edge flag of a painted centre line
 // -tm writes the tiles just before the repaired network: a BGR this much newer
 // than its tiles was changed after them
 constexpr double kStaleSeconds = 5.0;
@@ -50,7 +49,7 @@ std::string Unreadable(const std::string& path) {
   return "cannot read '" + path + "': " + (reason ? std::strerror(reason) : "it does not open");
 }
 
-bool IsPaintedOnly(const EdgeRecord& e) { return e.type == kTaxiway && (EdgeFlags(e.flags) & kAllFlags) == kPaintedOnly; }
+bool IsPaintedOnly(const EdgeRecord& e) { return IsYellowLine(e.type, e.flags); }
 
 // The TMS beside a network may have been made of another state of it.
 void CheckTilesAgainstNetwork(Scene& s) {
@@ -161,7 +160,7 @@ void Describer::Tiles() {
         for (const TmsShape& shape :
              s_.tms.tiles[static_cast<std::size_t>(x)][static_cast<std::size_t>(z)][static_cast<std::size_t>(section)]) {
           SceneShape out{{}, 0, 0, x * kTmsGrid + z};
-          for (auto [px, pz] : shape.corners) out.points.push_back({px / kUnits, pz / kUnits});
+          for (auto [px, pz] : shape.corners) out.points.push_back({UnitsToFeet(px), UnitsToFeet(pz)});
           layer.shapes.push_back(std::move(out));
         }
   }
@@ -171,7 +170,7 @@ void Describer::Tiles() {
     for (int z = 0; z < kTmsGrid; ++z)
       for (const TmsShape& shape : s_.tms.tiles[static_cast<std::size_t>(x)][static_cast<std::size_t>(z)][3]) {
         SceneShape out{{}, 0, shape.lightStep, x * kTmsGrid + z};
-        for (auto [px, pz] : shape.corners) out.points.push_back({px / kUnits, pz / kUnits});
+        for (auto [px, pz] : shape.corners) out.points.push_back({UnitsToFeet(px), UnitsToFeet(pz)});
         byType[shape.lightType].push_back(std::move(out));
       }
   std::size_t k = 0;
@@ -212,7 +211,7 @@ void Describer::Network() {
         painted.push_back(line);  // -tm paints it and lays no pavement
         continue;
       }
-      if (EdgeFlags(e.flags) & kPaintedCentre) centres.push_back(line);
+      if (EdgeFlags(e.flags) & kPaintedLine) centres.push_back(line);
       (e.type == kRunway ? runways : taxiways).push_back(std::move(line));
     }
   }

@@ -35,10 +35,10 @@ bool AirportDatabase::Open(std::string_view path) {
   Stream file = WrapFileOpen(ctx_, path, "rb");
   open_ = static_cast<bool>(file);
   if (!open_) return false;
-  unsigned char header[kHeaderBytes];
-  if (std::fread(header, 1, kHeaderBytes, file.get()) != kHeaderBytes) return false;
-  recordCount_ = DecodeU32(header + 16);
-  recordSize_ = DecodeU32(header + 20);
+  unsigned char header[kDbdHeaderBytes];
+  if (std::fread(header, 1, kDbdHeaderBytes, file.get()) != kDbdHeaderBytes) return false;
+  recordCount_ = DecodeU32(header + kDbdRecordCountAt);
+  recordSize_ = DecodeU32(header + kDbdRecordSizeAt);
   // records of no bytes hold no code, so none could name an airport
   if (recordSize_ == 0) recordCount_ = 0;
   std::string dbt(path);
@@ -159,9 +159,9 @@ std::int32_t AirportDatabase::FindAirport(double* lat, double* lon, std::string&
   name = "NONE";
   if (!open_ && Open(kAirportDatabase)) {
     std::int32_t size = 0;
-    aica_ = FieldOffset("aica", &size);
-    alat_ = FieldOffset("alat", &size);
-    alon_ = FieldOffset("alon", &size);
+    aica_ = FieldOffset(kCodeField, &size);
+    alat_ = FieldOffset(kLatitudeField, &size);
+    alon_ = FieldOffset(kLongitudeField, &size);
     BuildIndex();
   }
   if (aica_ == kNoField || alat_ == kNoField || alon_ == kNoField || !open_) return 0;

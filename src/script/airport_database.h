@@ -17,11 +17,21 @@ class RunContext;
 
 inline constexpr const char* kAirportDatabase = "DATABASE\\AIRPORT.DBD";
 
+// The DBD layout: a header with the record count and size as little-endian
+// words, then the records; the dbt companion names where each field lies.
+inline constexpr std::size_t kDbdHeaderBytes = 56;
+inline constexpr std::size_t kDbdRecordCountAt = 16;
+inline constexpr std::size_t kDbdRecordSizeAt = 20;
+// The dbt tags of the fields that a search reads: the code, then latitude and
+// longitude as doubles in arc-seconds.
+inline constexpr const char* kCodeField = "aica";
+inline constexpr const char* kLatitudeField = "alat";
+inline constexpr const char* kLongitudeField = "alon";
+
 class AirportDatabase {
  public:
   static constexpr std::int32_t kNoField = 999999;
   static constexpr double kReachSquared = 80000.0;  // arc-seconds squared
-  static constexpr std::size_t kHeaderBytes = 56;
 
   explicit AirportDatabase(RunContext& ctx) : ctx_(ctx), fields_(ctx) {}
 

@@ -74,6 +74,8 @@ void ScriptNetwork::TellDatabaseOnce() {
 }
 
 void ScriptNetwork::SaveNetwork() {
+  // the script goes on whatever a save gives: a failed write has said so in the
+  // report, and the count of networks not saved tells it at the end
   std::string name = net_.bgrName;
   bool hasWork = name != kNoneBgr && net_.points.count() >= 1 && net_.edgeCount >= 1;
   if (net_.Save(name) != 0) {

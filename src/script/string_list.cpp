@@ -98,27 +98,20 @@ std::int32_t STRING_LIST::Load(std::string_view path) {
   return count();
 }
 
-std::optional<std::string> STRING_LIST::First(std::string_view prefix, std::int32_t* index) {
-  ListIteration& walk = ctx_.listIteration;
-  walk.list = this;
-  walk.prefix = std::string(prefix.substr(0, kMaxPrefix));
-  walk.position = 0;
-  return Next(ctx_, index);
-}
+StringListWalk::StringListWalk(const STRING_LIST& list, std::string_view prefix)
+    : list_(list), prefix_(prefix.substr(0, kMaxPrefix)) {}
 
-std::optional<std::string> STRING_LIST::Next(RunContext& ctx, std::int32_t* index) {
-  ListIteration& walk = ctx.listIteration;
-  const STRING_LIST* list = walk.list;
+std::optional<std::string> StringListWalk::Next(std::int32_t* index) {
   for (;;) {
-    std::int32_t position = walk.position++;
-    std::string text = list ? list->Get(position) : std::string();
+    std::int32_t position = position_++;
+    std::string text = list_.Get(position);
     if (text.empty()) {  // the end of the list, or an empty entry that stops the walk as well
       if (index) *index = -1;
       return std::nullopt;
     }
-    if (text.compare(0, walk.prefix.size(), walk.prefix) == 0) {
+    if (text.compare(0, prefix_.size(), prefix_) == 0) {
       if (index) *index = position;
-      return text.substr(walk.prefix.size());
+      return text.substr(prefix_.size());
     }
   }
 }

@@ -29,10 +29,6 @@ class STRING_LIST {
   std::int32_t Find(std::string_view text, std::int32_t length, std::int32_t start) const;
   std::int32_t FindPrefix(std::string_view text, std::int32_t length) const { return Find(text, length, 0); }
   std::int32_t Load(std::string_view path);
-  // One iteration at a time over all lists of a run: the entries that begin
-  // with prefix (case counts); each gives the text behind the prefix.
-  std::optional<std::string> First(std::string_view prefix, std::int32_t* index);
-  static std::optional<std::string> Next(RunContext& ctx, std::int32_t* index);
 
   std::int32_t count() const { return static_cast<std::int32_t>(entries_.size()); }
   std::int32_t used() const { return used_; }
@@ -49,6 +45,21 @@ class STRING_LIST {
   std::int32_t used_ = 0;
   std::vector<std::string> entries_;
   std::unordered_map<std::string, std::int32_t> byFolded_;
+};
+
+// A walk over the entries of a list that begin with a prefix (case counts);
+// each gives the text behind the prefix. An empty entry ends it, as the end of
+// the list does.
+class StringListWalk {
+ public:
+  StringListWalk(const STRING_LIST& list, std::string_view prefix);
+  // The next entry, its number into index (-1 at the end).
+  std::optional<std::string> Next(std::int32_t* index = nullptr);
+
+ private:
+  const STRING_LIST& list_;
+  std::string prefix_;
+  std::int32_t position_ = 0;
 };
 
 }  // namespace bgr

@@ -1,10 +1,11 @@
 #include "tms/apron.h"
 
-#include "formats/taxiway_list.h"
+#include "formats/ply_reader.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
 #include "tms/taxi_polygons.h"
+#include "tms/tile_grid.h"
 #include "tms/tms_job.h"
 
 namespace bgr {
@@ -29,9 +30,9 @@ std::int32_t ApronHash(const TEXPOINTS& points, const TEXTURE& polygon) {
   return hash;
 }
 
-ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash) {
+ApronFate NextApron(PlyReader& ply, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash) {
   points.SetCount(0);
-  if (!network.ReadPly(points, polygon, -1)) return ApronFate::kEnd;
+  if (!ply.ReadPly(points, polygon, -1)) return ApronFate::kEnd;
   // a ring that closes on its first point
   if (polygon.count > 0 && polygon.verts[0].point == polygon.verts[static_cast<std::size_t>(polygon.count - 1)].point)
     --polygon.count;
@@ -44,39 +45,44 @@ ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, s
   return ApronFate::kMade;
 }
 
-void GenerateApron(TmsJob& job, ApronPass pass) {
-  job.ctx().console().Printf("GenerateApron(%d)\n", static_cast<int>(pass));
+namespace {
+
+// Each apron that both passes make, with its points in working units.
+template <class Use>
+void ForEachApron(RunContext& ctx, PlyReader& ply, Use&& use) {
   TEXTURE polygon;
   TEXPOINTS points;
-  points.Attach(&job.ctx());
+  points.Attach(&ctx);
   std::int32_t lastHash = 0;
-  job.network.RewindPly();
-  for (ApronFate fate; (fate = NextApron(job.network, points, polygon, lastHash)) != ApronFate::kEnd;) {
-    if (fate == ApronFate::kComplex && !job.ctx().once.apronComplex) {
-      job.ctx().once.apronComplex = true;
-      job.ctx().Report(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
-    }
-    if (fate != ApronFate::kMade) continue;
-    if (pass == ApronPass::kMeasure) {
-      for (std::int32_t v = 0; v < polygon.count; ++v) {
-        TEXPOINT p = CornerOf(points, polygon, v);
-        job.GrowBounds(p.x, p.z);
-      }
-    } else {
-      GenerateApronPolygons(job, points, polygon);
-    }
+  ply.Rewind();
+  for (ApronFate fate; (fate = NextApron(ply, points, polygon, lastHash)) != ApronFate::kEnd;) {
+    if (fate == ApronFate::kComplex) ctx.ReportOnce(">WARNING:%sGenerateApron complex/holes in PLY %d %ld");
+    if (fate == ApronFate::kMade) use(points, polygon);
   }
 }
 
-void GenerateApronPolygons(TmsJob& job, TEXPOINTS& points, TEXTURE& polygon) {
+}  // namespace
+
+void MeasureAprons(RunContext& ctx, PlyReader& ply, Bounds& bounds) {
+  ForEachApron(ctx, ply, [&](TEXPOINTS& points, TEXTURE& polygon) {
+    for (std::int32_t v = 0; v < polygon.count; ++v) {
+      TEXPOINT p = CornerOf(points, polygon, v);
+      bounds.Grow(p.x, p.z);
+    }
+  });
+}
+
+void GenerateApron(RunContext& ctx, PlyReader& ply, TileGrid& grid) {
+  ForEachApron(ctx, ply,
+               [&](TEXPOINTS& points, TEXTURE& polygon) { GenerateApronPolygons(ctx, grid, points, polygon); });
+}
+
+void GenerateApronPolygons(RunContext& ctx, TileGrid& grid, TEXPOINTS& points, TEXTURE& polygon) {
   if (polygon.count < 3) return;
   bool any = ForEachApronTriangle(points, polygon, [&](const TEXPOINT& a, const TEXPOINT& b, const TEXPOINT& c) {
-    job.grid.ClipTriangle(kPaveLayer, a.x, a.z, b.x, b.z, c.x, c.z);
+    grid.ClipTriangle(kPaveLayer, a.x, a.z, b.x, b.z, c.x, c.z);
   });
-  if (!any && !job.ctx().once.apronTriangulationFailed) {
-    job.ctx().once.apronTriangulationFailed = true;
-    job.ctx().Report("%sGenerateApronPolygons - triangulation failed %d %ld");
-  }
+  if (!any) ctx.ReportOnce("%sGenerateApronPolygons - triangulation failed %d %ld");
 }
 
 }  // namespace bgr

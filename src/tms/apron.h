@@ -9,10 +9,10 @@
 
 namespace bgr {
 
-class TmsJob;
-class TaxiwayList;
-
-enum class ApronPass : std::int32_t { kMeasure = 0, kGenerate = 1 };
+class PlyReader;
+class RunContext;
+class TileGrid;
+struct Bounds;
 
 // What becomes of the next polygon of the PLY companion.
 enum class ApronFate : std::int32_t {
@@ -25,7 +25,7 @@ enum class ApronFate : std::int32_t {
 
 // Reads the next polygon as both apron passes read it; lastHash is the hash of
 // the polygon last made, 0 at the start.
-ApronFate NextApron(TaxiwayList& network, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash);
+ApronFate NextApron(PlyReader& ply, TEXPOINTS& points, TEXTURE& polygon, std::int32_t& lastHash);
 
 // Hands each triangle of a polygon that NextApron made to sink(a, b, c), in
 // order; false when the triangulation gave none.
@@ -43,8 +43,11 @@ bool ForEachApronTriangle(TEXPOINTS& points, TEXTURE& polygon, Sink&& sink) {
   }
 }
 
-void GenerateApron(TmsJob& job, ApronPass pass);
-void GenerateApronPolygons(TmsJob& job, TEXPOINTS& points, TEXTURE& polygon);
+// The first pass: the apron polygons grow the bounding box; none is made yet.
+void MeasureAprons(RunContext& ctx, PlyReader& ply, Bounds& bounds);
+// The second pass: the apron polygons go into the tiles.
+void GenerateApron(RunContext& ctx, PlyReader& ply, TileGrid& grid);
+void GenerateApronPolygons(RunContext& ctx, TileGrid& grid, TEXPOINTS& points, TEXTURE& polygon);
 // The hash by which a polygon that repeats the one before it is told: over the
 // corners in feet, in 32-bit arithmetic that wraps.
 std::int32_t ApronHash(const TEXPOINTS& points, const TEXTURE& polygon);

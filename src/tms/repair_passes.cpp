@@ -75,7 +75,6 @@ bool WithinEdge(double x, double z, const PlaneLine& line, const TEXPOINT& a, co
 }
 
 void SnapEndPointsToRunways(TmsJob& job) {
-  job.ctx().console().Write("SnapEndPointsToRunways()\n");
   std::vector<std::int32_t> farEnds = FarEnds(job);
   for (std::int32_t i = 0; i < job.runwayList.count(); ++i) {
     Segment& runway = *job.runwayList.At(i);
@@ -128,11 +127,14 @@ void AddExitStub(TmsJob& job, std::int32_t from, double x, double z, std::int32_
   job.MarkPoint(to, 1);
 }
 
-void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
+std::int32_t TaxiwayCount(const TaxiwayList& network) {
   std::int32_t taxiways = 0;
-  for (std::int32_t i = 0; i < job.EdgeCount(); ++i) taxiways += job.Edge(i).type == kTaxiway ? 1 : 0;
-  job.ctx().console().Printf("MakeTaxiwayTaxiwayIntersections() edges=%d\n", taxiways);
-  if (taxiways > kMostIntersectedTaxiways) return;
+  for (std::int32_t i = 0; i < network.edgeCount; ++i) taxiways += network.edges[static_cast<std::size_t>(i)].type == kTaxiway;
+  return taxiways;
+}
+
+void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
+  if (TaxiwayCount(job.network) > kMostIntersectedTaxiways) return;
   TEXPOINTS& points = job.network.points;
   for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
     if (job.Edge(a).type != kTaxiway) continue;
@@ -317,7 +319,6 @@ class SnapReachIndex {
 }  // namespace
 
 void SnapEndPointsToTaxiways(TmsJob& job) {
-  job.ctx().console().Write("SnapEndPointsToTaxiways()\n");
   SnapReachIndex index(job);
   std::vector<std::int32_t> candidates;
   std::vector<TEXPOINT> ends;

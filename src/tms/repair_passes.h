@@ -7,6 +7,7 @@
 
 namespace bgr {
 
+class TaxiwayList;
 class TmsJob;
 struct PlaneLine;
 struct TEXPOINT;
@@ -17,6 +18,8 @@ inline constexpr std::int32_t kMostIntersectedTaxiways = 100;  // above this man
 
 void SnapEndPointsToRunways(TmsJob& job);
 void MakeRunwayExitStubs(TmsJob& job);
+// The taxiways (type 1) of the network; above kMostIntersectedTaxiways the pass below does nothing.
+std::int32_t TaxiwayCount(const TaxiwayList& network);
 void MakeTaxiwayTaxiwayIntersections(TmsJob& job);
 void SnapEndPointsToTaxiways(TmsJob& job);
 // One pair of the pass above: a free end of taxiway a snapped on to taxiway b.

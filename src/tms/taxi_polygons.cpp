@@ -16,8 +16,6 @@ constexpr double kFilletStep = 6400.0;       // 25 ft of curve to a fillet quad
 constexpr std::int32_t kMostFilletSteps = 25;
 constexpr std::int32_t kLeastLitFilletSteps = 7;
 constexpr double kLeastLitJointEdge = 76800.0;  // 300 ft
-constexpr double kLineWidth = 256.0;         // 1 ft of paint
-constexpr double kHalfLineWidth = 128.0;
 constexpr std::int32_t kRibbonLightStep = 100;
 constexpr std::int32_t kJointLightStep = 25;
 constexpr std::int32_t kEdgeLightType = 256;  // type 1 in the high byte of the light word
@@ -30,9 +28,6 @@ constexpr double kLeastFilletCrossing = 0.5235987755982988;  // 30 degrees
 
 constexpr std::int32_t kCentreStrip = 1;
 constexpr std::int32_t kCentreLights = 2;
-constexpr std::int32_t kPaintFlag = 2;
-constexpr std::int32_t kCentreLightFlag = 4;
-constexpr std::int32_t kEdgeLightFlag = 8;
 
 double Distance(const TEXPOINT& p, PlanePoint q) { return PointDistance(p.x, p.z, q.x, q.z); }
 
@@ -58,7 +53,7 @@ bool StripEnds(const TEXPOINT& a, const TEXPOINT& b, double* x1, double* z1, dou
 std::int32_t Mid(std::int32_t a, std::int32_t b) { return WrapAdd(a, b) / 2; }
 
 std::int32_t LineFlagsOf(std::int32_t flags) {
-  return ((flags & kPaintFlag) ? kCentreStrip : 0) | ((flags & kCentreLightFlag) ? kCentreLights : 0);
+  return ((flags & kPaintedLine) ? kCentreStrip : 0) | ((flags & kCentreLightFlag) ? kCentreLights : 0);
 }
 
 TEXPOINT Whole(PlanePoint p) { return {TruncToLong(p.x), 0, TruncToLong(p.z)}; }
@@ -111,19 +106,6 @@ void DrawFillet(TileGrid& grid, const QuadStyle& style, PlanePoint outerFrom, Pl
     previousOuter = outer;
     previousInner = inner;
   }
-}
-
-void GenerateYellowLine(TileGrid& grid, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2) {
-  if (x1 == x2 && z1 == z2) return;
-  PlaneLine line;
-  line.Set(x1, z1, x2, z2);
-  PlaneLine plus = line, minus = line;
-  plus.Shift(kHalfLineWidth);
-  minus.Shift(-kHalfLineWidth);
-  TEXPOINT ps, pe, ms, me;
-  plus.GetEndsLong(&ps.x, &ps.z, &pe.x, &pe.z);
-  minus.GetEndsLong(&ms.x, &ms.z, &me.x, &me.z);
-  grid.ClipQuad(kCentreLayer, ms.x, ms.z, ps.x, ps.z, pe.x, pe.z, me.x, me.z);
 }
 
 void BuildRibbon(Segment& segment, double insetStart, double insetEnd, double halfWidth) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "formats/working_units.h"
 #include "geometry/texpoints.h"
 
 namespace bgr {
@@ -19,6 +20,7 @@ struct Segment;
 inline constexpr std::int32_t kPaveLayer = 0;
 inline constexpr std::int32_t kCentreLayer = 2;
 inline constexpr std::int32_t kLightLayer = 3;
+inline constexpr double kLineWidth = kUnitsPerFoot;  // 1 ft of paint
 
 // What a quad carries, besides its corners.
 struct QuadStyle {
@@ -41,7 +43,6 @@ void DrawQuad(TileGrid& grid, const QuadStyle& style, const TEXPOINT& p1, const 
 // Small quads between two quadratic curves, the outer and the inner side of a bend.
 void DrawFillet(TileGrid& grid, const QuadStyle& style, PlanePoint outerFrom, PlanePoint outerControl,
                 PlanePoint outerTo, PlanePoint innerFrom, PlanePoint innerControl, PlanePoint innerTo);
-void GenerateYellowLine(TileGrid& grid, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2);
 // The corners of a segment's ribbon, pulled back from its ends by the insets.
 void BuildRibbon(Segment& segment, double insetStart, double insetEnd, double halfWidth);
 

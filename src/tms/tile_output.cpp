@@ -2,39 +2,25 @@
 
 #include <algorithm>
 
+#include "formats/tms_file.h"
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "tms/taxi_polygons.h"
-#include "tms/tms_job.h"
+#include "tms/tile_grid.h"
 
 namespace bgr {
-namespace {
 
-constexpr std::int32_t kPlyLightStep = 100;
-
-}  // namespace
-
-void GeneratePlyLights(TmsJob& job) {
-  job.network.RewindPly();
-  std::int32_t kind = 0, x1 = 0, z1 = 0, x2 = 0, z2 = 0, count = 0;
-  while (job.network.ReadLgt(&kind, &x1, &z1, &x2, &z2, &count)) {
-    // a string is told by its ends and its step; count isn't needed
-    job.grid.ClipLine(kLightLayer, WrapMul(x1, kUnitsPerFoot), WrapMul(z1, kUnitsPerFoot), WrapMul(x2, kUnitsPerFoot),
-                      WrapMul(z2, kUnitsPerFoot), (kind & 255) * 256 + kPlyLightStep);
-  }
-}
-
-bool TileOutput::Write(std::string_view name) {
-  TmsFile& tms = job_.tms;
-  bool open = tms.OpenReplace(job_.ctx(), name);
-  tms.WriteOrigin({job_.network.originLat, job_.network.originLon, 0.0});
+bool TileOutput::Write(std::string_view name, double originLat, double originLon) {
+  TmsFile& tms = tms_;
+  bool open = tms.OpenReplace(ctx_, name);
+  tms.WriteOrigin({originLat, originLon, 0.0});
   tms.WriteHeader();
   for (std::int32_t x = 0; x < kTilesPerSide; ++x) {
     for (std::int32_t z = 0; z < kTilesPerSide; ++z) {
       tms.tileX = x;
       tms.tileZ = z;
       tms.WriteTile();
-      TileRecord& tile = job_.grid.Tile(x, z);
+      TileRecord& tile = grid_.Tile(x, z);
       for (std::int32_t layer = 0; layer < kLayers; ++layer) {
         tms.points.Copy(tile.points[static_cast<std::size_t>(layer)]);
         if (tms.points.count() == 0) {
@@ -56,7 +42,7 @@ bool TileOutput::Write(std::string_view name) {
 }
 
 void TileOutput::WriteTileSection(std::int32_t layer) {
-  TmsFile& tms = job_.tms;
+  TmsFile& tms = tms_;
   switch (layer) {
     case 0: tms.WritePave(); break;
     case 1: tms.WriteEdmk(); break;

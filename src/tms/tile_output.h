@@ -1,5 +1,5 @@
-// The last steps of a TMS job: the free-standing lights of the PLY companion
-// into the tiles, then the whole tile store into the TMS file.
+// The last step of a TMS job that makes something: the whole tile store into
+// the TMS file.
 #pragma once
 
 #include <cstdint>
@@ -9,21 +9,24 @@
 
 namespace bgr {
 
-class TmsJob;
+class RunContext;
+class TileGrid;
+class TmsFile;
 
-void GeneratePlyLights(TmsJob& job);
 
 // Walks the tile store into the job's TMS writer. Light strings are written as
 // records of positions, looked up in the tile's light points.
 class TileOutput {
  public:
-  explicit TileOutput(TmsJob& job) : job_(job) {}
+  TileOutput(RunContext& ctx, TileGrid& grid, TmsFile& tms) : ctx_(ctx), grid_(grid), tms_(tms) {}
   // False when the file could not be written whole; the old file then stays.
-  bool Write(std::string_view name);
+  bool Write(std::string_view name, double originLat, double originLon);
   void WriteTileSection(std::int32_t layer);
 
  private:
-  TmsJob& job_;
+  RunContext& ctx_;
+  TileGrid& grid_;
+  TmsFile& tms_;
   TEXPOINTS lightPoints_;
   std::int32_t lastLayer_ = 0;
 };

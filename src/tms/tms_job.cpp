@@ -7,10 +7,8 @@
 #include "frame/run_context.h"
 #include "frame/text.h"
 #include "platform/platform.h"
-#include "tms/apron.h"
-#include "tms/repair_passes.h"
-#include "tms/taxi_polygons.h"
 #include "tms/tile_output.h"
+#include "tms/tms_steps.h"
 
 namespace bgr {
 
@@ -31,64 +29,43 @@ void ScalePointsUp(TEXPOINTS& points) {
   }
 }
 
-TmsJob::TmsJob(RunContext& ctx) : network(ctx), grid(&ctx), ctx_(ctx) {}
+TmsJob::TmsJob(RunContext& ctx) : network(ctx), ply(ctx), grid(&ctx), ctx_(ctx) {}
 
 std::int32_t TmsJob::Run(std::string_view file) {
-  std::int32_t result = Load(file);
-  PrepareNetwork();
-  SnapEndPointsToRunways(*this);
-  MakeRunwayExitStubs(*this);
-  MakeTaxiwayTaxiwayIntersections(*this);
-  SnapEndPointsToTaxiways(*this);
-  FillTaxiList();
-  GenerateApron(*this, ApronPass::kMeasure);
-  SizeTileGrid();
-  ctx_.console().Write("GenerateTaxiPolygons()\n");
-  TaxiPolygons(*this).Generate();
-  ctx_.console().Write("GenerateIsYellow()\n");
-  GenerateIsYellow();
-  GenerateApron(*this, ApronPass::kGenerate);
-  ctx_.console().Write("GeneratePlyLights()\n");
-  GeneratePlyLights(*this);
-  GenerateOutputFile(file);
-  RestoreNetwork();
-  // an empty network writes nothing; a failed write leaves the old file and says so
-  (void)network.Save(file);
-  return result;
+  file_ = file;
+  for (const TmsStep& step : TmsSteps()) RunStep(*this, step);
+  return result_;
 }
 
-void TmsJob::GenerateIsYellow() {
-  for (std::int32_t i = 0; i < EdgeCount(); ++i) {
-    const TaxiwayEdge& e = Edge(i);
-    if (e.type != kYellowLine) continue;
-    TEXPOINT a = Point(e.start), b = Point(e.end);
-    GenerateYellowLine(grid, a.x, a.z, b.x, b.z);
-  }
-}
-
-void TmsJob::GenerateOutputFile(std::string_view file) {
+std::string TmsJob::OutputName() const {
   // the name is kept whole, however long; the system cuts nothing
-  std::string name(file);
+  std::string name(file_);
   SetExtension(name, "TMS");
-  ctx_.console().Printf("GenerateOutputFile(%s)\n", name.c_str());
-  if (platform::SameFile(file, name)) {
+  return name;
+}
+
+bool TmsJob::GenerateOutputFile() {
+  std::string name = OutputName();
+  if (platform::SameFile(file_, name)) {
     // a source named .TMS would be overwritten by its own tiles before its write-back
     ctx_.Report("BgrTms source and destination are the same file '%s'", name);
-    return;
+    return false;
   }
-  TileOutput(*this).Write(name);
+  return TileOutput(ctx_, grid, tms).Write(name, network.originLat, network.originLon);
 }
 
 std::int32_t TmsJob::Load(std::string_view file) {
-  std::int32_t result = 1;
-  if (network.Load(file, 0) == 0) {
-    result = 0;
+  file_ = file;
+  result_ = 1;
+  bool read = network.Load(file, 0) != 0;
+  if (!ply.Open(network.plyName))
+    ctx_.Report(">WARNING: TaxiwayList::OpenPly() polygon file '%s' not open", network.plyName);
+  if (!read) {
+    result_ = 0;
     ctx_.Report("BgrTms source file '%s' not found", file);
     TellWhatStandsInstead(ctx_, file);
   }
-  ctx_.console().Printf("Load(%.*s) points=%d edges=%d\n", static_cast<int>(file.size()), file.data(),
-                        network.points.count(), network.edgeCount);
-  return result;
+  return result_;
 }
 
 TEXPOINT TmsJob::Point(std::int32_t number) const {
@@ -106,21 +83,19 @@ std::int32_t TmsJob::Mark(std::int32_t point) const {
   return point >= 0 && point < kMarkedPoints ? pointMarks_[static_cast<std::size_t>(point)] : 0;
 }
 
-void TmsJob::GrowBounds(std::int32_t x, std::int32_t z) {
-  boundsMinX = std::min<double>(boundsMinX, x);
-  boundsMaxX = std::max<double>(boundsMaxX, x);
-  boundsMinZ = std::min<double>(boundsMinZ, z);
-  boundsMaxZ = std::max<double>(boundsMaxZ, z);
+void Bounds::Grow(std::int32_t x, std::int32_t z) {
+  minX = std::min<double>(minX, x);
+  maxX = std::max<double>(maxX, x);
+  minZ = std::min<double>(minZ, z);
+  maxZ = std::max<double>(maxZ, z);
 }
 
 void TmsJob::AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end) {
-  if (!list.Add(edge, start, end) && !ctx_.once.segmentListFull) {
-    ctx_.once.segmentListFull = true;
-    ctx_.Report("SegmentList::Add - too many edges");
-  }
+  // one message for both lists
+  if (!list.Add(edge, start, end)) ctx_.ReportOnce("SegmentList::Add - too many edges");
   // an edge that didn't fit still widens the box
-  GrowBounds(start.x, start.z);
-  GrowBounds(end.x, end.z);
+  bounds.Grow(start.x, start.z);
+  bounds.Grow(end.x, end.z);
 }
 
 void TmsJob::PrepareNetwork() {
@@ -128,11 +103,11 @@ void TmsJob::PrepareNetwork() {
   ScalePointsUp(network.points);
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     TaxiwayEdge& e = Edge(i);
-    e.flags = EdgeFlags(e.flags);
-    if (e.type == kTaxiway && (e.flags & kAllFlags) == kPaintedOnly) {
+    if (IsYellowLine(e.type, e.flags)) {
       yellowCount = WrapAdd(yellowCount, 1);
       e.type = kYellowLine;
     }
+    e.flags = EdgeFlags(e.flags);
     e.width = WrapMul(e.width, kUnitsPerFoot);
   }
   std::fill(pointMarks_.begin(), pointMarks_.end(), 0);
@@ -161,19 +136,19 @@ void TmsJob::FillTaxiList() {
 }
 
 void TmsJob::SizeTileGrid() {
-  boundsMinX -= kBoundsMargin;
-  boundsMinZ -= kBoundsMargin;
-  boundsMaxX += kBoundsMargin;
-  boundsMaxZ += kBoundsMargin;
-  std::int32_t spanX = TruncToLong(boundsMaxX - boundsMinX);
-  std::int32_t spanZ = TruncToLong(boundsMaxZ - boundsMinZ);
+  bounds.minX -= kBoundsMargin;
+  bounds.minZ -= kBoundsMargin;
+  bounds.maxX += kBoundsMargin;
+  bounds.maxZ += kBoundsMargin;
+  std::int32_t spanX = TruncToLong(bounds.maxX - bounds.minX);
+  std::int32_t spanZ = TruncToLong(bounds.maxZ - bounds.minZ);
   std::int32_t span = std::max(spanX, spanZ);
-  grid.TileOriginX = TruncToLong(boundsMinX);
-  grid.TileOriginZ = TruncToLong(boundsMinZ);
+  grid.TileOriginX = TruncToLong(bounds.minX);
+  grid.TileOriginZ = TruncToLong(bounds.minZ);
   grid.TileSize = std::max(span / kTilesPerSide, kLeastTileSize);
   tms.tileFeet = static_cast<float>(grid.TileSize / kUnitsPerFoot);
-  tms.lowl[0] = boundsMinX / kUnitsPerFoot;
-  tms.lowl[2] = boundsMinZ / kUnitsPerFoot;
+  tms.lowl[0] = bounds.minX / kUnitsPerFoot;
+  tms.lowl[2] = bounds.minZ / kUnitsPerFoot;
 }
 
 void TmsJob::RestoreNetwork() {

@@ -5,11 +5,15 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "formats/edge_kinds.h"
+#include "formats/ply_reader.h"
 #include "formats/taxiway_list.h"
 #include "formats/tms_file.h"
+#include "formats/working_units.h"
 #include "geometry/planar.h"
 #include "tms/tile_grid.h"
 
@@ -17,25 +21,12 @@ namespace bgr {
 
 class RunContext;
 
-// Working units: 256 to the foot, so that coordinates stay whole numbers.
-inline constexpr std::int32_t kUnitsPerFoot = 256;
 inline constexpr double kShortLinkUnits = 128000.0;  // 500 ft: a lone link up to this long is dropped
 inline constexpr double kBoundsMargin = 128000.0;    // 500 ft around everything
 inline constexpr std::int32_t kLeastTileSize = 128000;
 inline constexpr std::int32_t kMarkedPoints = 12000;
 inline constexpr std::int32_t kRunwaySegments = 32;
 
-// Edge types that live only inside the job; a BGR file holds 0 and 1.
-inline constexpr std::int32_t kRunway = 0;
-inline constexpr std::int32_t kTaxiway = 1;
-inline constexpr std::int32_t kExitStub = 100;
-inline constexpr std::int32_t kShortLink = 101;
-inline constexpr std::int32_t kYellowLine = 102;
-// Edge flag bits; a stored 0 means all of them.
-inline constexpr std::int32_t kPaved = 1;
-inline constexpr std::int32_t kAllFlags = 15;
-inline constexpr std::int32_t kPaintedOnly = 2;
-constexpr std::int32_t EdgeFlags(std::int32_t stored) { return stored == 0 ? kAllFlags : stored; }
 // With this many yellow lines or more they are left out of the written network.
 inline constexpr std::int32_t kYellowLinesKept = 100;
 
@@ -68,32 +59,40 @@ class SegmentList {
 
 void ScalePointsUp(TEXPOINTS& points);
 
+// The bounding box of network and aprons in working units; a value equal to a
+// bound changes nothing.
+struct Bounds {
+  double minX = 9999999.0, minZ = 9999999.0;
+  double maxX = -9999999.0, maxZ = -9999999.0;
+  void Grow(std::int32_t x, std::int32_t z);
+};
+
 class TmsJob {
  public:
   explicit TmsJob(RunContext& ctx);
 
-  // The whole job on one BGR file: 1 when the file was read, else 0.
+  // The whole job on one BGR file, the steps of tms_steps.h in their order:
+  // 1 when the file was read, else 0.
   std::int32_t Run(std::string_view file);
 
-  // Step 1 and 2: the network and its PLY companion; 0 when the BGR can't be read.
+  // The network and its PLY companion; 0 when the BGR can't be read.
   std::int32_t Load(std::string_view file);
-  // Steps 3 to 7: working units, flags, yellow lines, marks, runways, short links.
+  // Feet to working units, then flags, yellow lines, marks, runways, short links.
   void PrepareNetwork();
-  // Step 9: every taxiway and exit stub as it stands after the repairs.
+  // Every taxiway and exit stub as it stands after the repairs.
   void FillTaxiList();
-  // Steps 11 and 12: the margin, then the grid's origin and tile size.
+  // The margin, then the grid's origin and tile size.
   void SizeTileGrid();
-  // Step 14: the painted strip of every yellow line.
-  void GenerateIsYellow();
-  // Step 17: the tile file beside the BGR file.
-  void GenerateOutputFile(std::string_view file);
-  // Steps 18 and 19: back to feet; few yellow lines become taxiways again.
+  // The tile file beside the BGR file; false when it wasn't written.
+  bool GenerateOutputFile();
+  // Its name: the BGR file's with the extension TMS.
+  std::string OutputName() const;
+  // Working units back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 
   // A point number outside 0..11999 (negative ones too) has no mark: 0, and marking it does nothing.
   void MarkPoint(std::int32_t point, std::int32_t amount);
   std::int32_t Mark(std::int32_t point) const;
-  void GrowBounds(std::int32_t x, std::int32_t z);
   void AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
   // A point of the network; a number outside the table reads as the origin,
   // as the unused places of the table hold.
@@ -102,18 +101,23 @@ class TmsJob {
   TaxiwayEdge& Edge(std::int32_t i) { return network.edges[static_cast<std::size_t>(i)]; }
 
   RunContext& ctx() { return ctx_; }
+  // The BGR file of the job, and whether it was read.
+  const std::string& file() const { return file_; }
+  std::int32_t result() const { return result_; }
 
   TaxiwayList network;
+  PlyReader ply;  // the companion, read once at the load
   SegmentList runwayList{kRunwaySegments};
   SegmentList taxiList{TaxiwayList::kMaxEdges};
   TileGrid grid;
   TmsFile tms;
-  double boundsMinX = 9999999.0, boundsMinZ = 9999999.0;
-  double boundsMaxX = -9999999.0, boundsMaxZ = -9999999.0;
+  Bounds bounds;
   std::int32_t yellowCount = 0;
 
  private:
   RunContext& ctx_;
+  std::string file_;
+  std::int32_t result_ = 1;
   std::vector<std::int32_t> pointMarks_ = std::vector<std::int32_t>(kMarkedPoints, 0);
 };
 

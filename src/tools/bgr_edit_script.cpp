@@ -179,7 +179,8 @@ int BgrEditScript(RunContext& ctx, std::string_view file, std::string_view scrip
   int result = list.Create(kEditListBytes) && list.Load(script) > 0 ? 1 : 0;
   if (result == 0) return 0;
   ScriptEdit edit(ctx, file);
-  for (auto line = list.First("<bgr-", nullptr); line && result != 0; line = STRING_LIST::Next(ctx, nullptr)) {
+  StringListWalk walk(list, "<bgr-");
+  for (auto line = walk.Next(); line && result != 0; line = walk.Next()) {
     std::int32_t a = -1, b = -1, c = 10;
     if (ScanCommand(*line, "replace-edges>", "replace-edges> %d %d %d", &a, &b, &c)) {
       result = BgrReplaceEdges(edit, a, b, c);

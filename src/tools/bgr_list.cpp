@@ -15,10 +15,6 @@
 namespace bgr {
 namespace {
 
-// The node range that a listing shows: -1 for vmin means all (0..9999), -1 for
-// vmax the one node vmin.
-constexpr std::int32_t kAllNodes = 9999;
-
 enum class Tag { kOther, kOrgn, kVloc, kEdge, kType, kThck };
 
 // The listing looks at every tag of files of many megabytes: one length test
@@ -36,14 +32,7 @@ Tag Classify(const std::string& tag) {
 class BgrLister {
  public:
   BgrLister(RunContext& ctx, const Settings& s, std::FILE* in)
-      : out_(ctx.console()), tags_(ctx.console(), in, nullptr, s.printValues), vmin_(s.vmin), vmax_(s.vmax) {
-    if (vmin_ == -1) {
-      vmin_ = 0;
-      vmax_ = kAllNodes;
-    } else if (vmax_ == -1) {
-      vmax_ = vmin_;
-    }
-  }
+      : out_(ctx.console()), tags_(ctx.console(), in, nullptr, s.printValues), nodes_(SelectedNodes(s)) {}
 
   void Run() {
     std::string tag;
@@ -65,7 +54,7 @@ class BgrLister {
           Thickness(tag);
           break;
         case Tag::kOther:
-          if (vmax_ == kAllNodes) {
+          if (nodes_.last == kLastListedNode) {
             PutTag(tag);
             out_.Put('\n');
           }
@@ -99,7 +88,7 @@ class BgrLister {
   }
 
   void Node(const std::string& tag) {
-    if (vmin_ <= node_ && node_ <= vmax_) {
+    if (nodes_.Holds(node_)) {
       PutTag(tag);
       out_.Write(" (");
       PutLong(node_);
@@ -137,7 +126,7 @@ class BgrLister {
 
   OutputSink& out_;
   TagStream tags_;
-  std::int32_t vmin_, vmax_;
+  NodeRange nodes_;
   std::int32_t node_ = 0;
   double west_ = 99999999.0, south_ = 99999999.0, east_ = -99999999.0, north_ = -99999999.0;
 };

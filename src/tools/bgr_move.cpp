@@ -10,20 +10,14 @@ namespace bgr {
 
 int BgrMove(RunContext& ctx, const Settings& s, std::string_view source, std::string_view destination) {
   CopyStreams files(ctx, source, destination);
-  std::int32_t vmin = s.vmin, vmax = s.vmax;
-  if (vmin == -1) {
-    vmin = 0;
-    vmax = 9999;
-  } else if (vmax == -1) {
-    vmax = vmin;
-  }
+  NodeRange nodes = SelectedNodes(s);
   OutputSink& out = ctx.console();
   TagStream tags(out, files.in.get(), files.out.get(), s.printValues);
   std::int32_t node = 0;
   std::string tag;
   while (tags.ScanTag(tag)) {
     if (tag != "<vloc>") continue;
-    if (vmin <= node && node <= vmax) {
+    if (nodes.Holds(node)) {
       if (s.printValues) out.Printf("%s (%d)", tag.c_str(), node);
       tags.CopyDouble(s.east);
       tags.CopyDouble(0.0);

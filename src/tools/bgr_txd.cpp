@@ -32,16 +32,9 @@ int BgrTxd(RunContext& ctx, std::string_view file) {
   }
   std::string dest(file);
   SetExtension(dest, "txd");
-  // a source named like its export would be replaced by it
-  if (platform::SameFile(file, dest)) {
-    ctx.Report("BgrTxd source and destination are the same file '%s'", dest);
-    return 0;
-  }
   OutputFile out;
-  if (!out.Open(ctx, dest)) {
-    ok = 0;
-    ctx.Report("BgrTxd dest file '%s' not openable", dest);
-  }
+  // a source named like its export would be replaced by it
+  if (!OpenDestination(ctx, "BgrTxd", file, dest, out, ok)) return 0;
   std::FILE* f = out.get();
   OriginRecord origin;
   in.ReadOrigin(origin);

@@ -36,16 +36,9 @@ int BgrTxp(RunContext& ctx, const Settings& s, std::string_view file) {
   TellWhatStandsInstead(ctx, file);  // also a file that opens but holds no network
   std::string dest(file);
   SetExtension(dest, "txp");
-  // a source named like its export would be replaced by it
-  if (platform::SameFile(file, dest)) {
-    ctx.Report("BgrTxp source and destination are the same file '%s'", dest);
-    return 0;
-  }
   OutputFile out;
-  if (!out.Open(ctx, dest)) {
-    ok = 0;
-    ctx.Report("BgrTxp dest file '%s' not openable", dest);
-  }
+  // a source named like its export would be replaced by it
+  if (!OpenDestination(ctx, "BgrTxp", file, dest, out, ok)) return 0;
   std::FILE* f = out.get();
   OutputSink& console = ctx.console();
   std::int32_t pv = s.printValues;

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "formats/tms_file.h"
+#include "formats/working_units.h"
 #include "frame/file_access.h"
 #include "frame/run_context.h"
 #include "geometry/geo_angle.h"
@@ -10,8 +11,13 @@
 namespace bgr {
 namespace {
 
-void PrintPoint(OutputSink& out, const TEXPOINT& p, ListRange& range) {
-  out.Printf(" %d %d %d (%d %d %d ft)\n", p.x, p.y, p.z, p.x / 256, p.y / 256, p.z / 256);
+// The point range of the listing, over all tiles.
+struct Range {
+  std::int32_t lowX = 9999999, lowZ = 9999999, highX = -9999999, highZ = -9999999;
+};
+
+void PrintPoint(OutputSink& out, const TEXPOINT& p, Range& range) {
+  out.Printf(" %d %d %d (%d %d %d ft)\n", p.x, p.y, p.z, p.x / kUnitsPerFoot, p.y / kUnitsPerFoot, p.z / kUnitsPerFoot);
   if (p.x < range.lowX) range.lowX = p.x;
   if (p.x > range.highX) range.highX = p.x;
   if (p.z < range.lowZ) range.lowZ = p.z;
@@ -34,12 +40,12 @@ void PrintHeader(OutputSink& out, TmsFile& tms) {
 }
 
 // The sections of the current tile, until its end or a section that can't be read.
-void PrintTile(OutputSink& out, TmsFile& tms, ListRange& range) {
+void PrintTile(OutputSink& out, TmsFile& tms, Range& range) {
   out.Printf("\n%s %d %d\n", "<indx>", tms.tileX, tms.tileZ);
   for (;;) {
-    const char* section = tms.ReadPave() ? "<pave>" : tms.ReadEdmk() ? "<edmk>" : tms.ReadCntr() ? "<cntr>" : nullptr;
-    if (section) {
-      out.Printf("%s %d\n", section, tms.polygon.count);
+    int layer = tms.ReadPolygonLayer();
+    if (layer >= 0) {
+      out.Printf("%s %d\n", TmsFile::kPolygonTags[layer], tms.polygon.count);
       for (std::int32_t i = 0; i < tms.polygon.count; ++i) {
         std::int32_t number = tms.polygon.verts[i].point;
         out.Printf("%3d:", number);
@@ -69,8 +75,8 @@ int TmsList(RunContext& ctx, std::string_view name) {
   TmsFile tms;
   if (!FileExists(ctx, name) || !tms.OpenRead(ctx, name)) return 1;
   PrintHeader(out, tms);
-  while (tms.ReadTile()) PrintTile(out, tms, ctx.listRange);
-  const ListRange& range = ctx.listRange;
+  Range range;
+  while (tms.ReadTile()) PrintTile(out, tms, range);
   out.Printf("Range X: %d %d, Z: %d %d\n", range.lowX, range.highX, range.lowZ, range.highZ);
   long tell = tms.file.Tell();
   long length = tms.file.Length();

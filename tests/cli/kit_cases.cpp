@@ -235,6 +235,11 @@ TEST(Kit, RenderWritesSvgAndPng) {
   std::string text = dir.Read("a.svg");
   EXPECT_EQ(text.rfind("<?xml", 0), 0u);
   EXPECT_NE(text.find("a.BGR, a.TMS"), std::string::npos);  // a TMS brings its network along
+  // tile corners are working units shown in feet, fractions kept
+  std::size_t tile = text.find("<polygon", text.find("id=\"pave\""));
+  ASSERT_NE(tile, std::string::npos);
+  std::string shape = text.substr(tile, text.find("/>", tile) - tile);
+  EXPECT_NE(shape.find('.'), std::string::npos) << shape;
   ToolRun png = Kit(dir, {"render", "a.bgr", "-o", "a.PNG", "--width", "300"});
   const char* other = std::getenv("BGRKIT_TEST_BINARY");
   if (other && std::string_view(other).ends_with(".exe")) {
