@@ -42,6 +42,7 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   stale_ = false;
   points_.clear();
   capacity_ = capacity;
+  fullSaid_ = false;
 }
 
 // The table's room grows with its points: most tile tables of a small airport
@@ -232,7 +233,10 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
     }
   }
   if (count_ >= capacity_) {
-    if (context_) context_->ReportOnce("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
+    // a full tile table is asked hundreds of thousands of times: the run's
+    // once-only set is asked once per table
+    if (context_ && !fullSaid_) context_->ReportOnce("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
+    fullSaid_ = true;
     return 0;
   }
   std::int32_t number = count_++;

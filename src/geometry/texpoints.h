@@ -38,7 +38,10 @@ class TEXPOINTS {
   void SetSize(std::int32_t capacity);
   void Copy(const TEXPOINTS& other);
   // Table-full reports go to the run's report; a table of no run stays silent.
-  void Attach(RunContext* ctx) { context_ = ctx; }
+  void Attach(RunContext* ctx) {
+    context_ = ctx;
+    fullSaid_ = false;
+  }
   // Number of the point within tolerance of (x, y, z), or a new point; 0 and a
   // report (once a run) when the table is full.
   std::int32_t Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
@@ -94,6 +97,7 @@ class TEXPOINTS {
   std::size_t FindSlot(std::uint64_t key) const;  // the slot of the cell, or the size for none
   void GrowSlots();
   RunContext* context_ = nullptr;
+  bool fullSaid_ = false;  // this table's refusal went to the run's once-only report
   std::int32_t count_ = 0;
   std::int32_t capacity_ = 0;
   std::vector<TEXPOINT> points_;
