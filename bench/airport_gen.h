@@ -1,7 +1,9 @@
 // Makes airports of a given size for the benchmarks: runways, a taxiway
 // grid whose links bend, junctions, spurs that end near runways and near other
-// taxiways, crossing links, aprons of up to 255 corners and light strings.
-// The same size and seed always give the same bytes.
+// taxiways, crossing links, aprons of up to 255 corners and light strings. The
+// dense layout packs a straight grid so tightly that its tiles overflow their
+// point tables, as the largest real airports do. The same size and seed always
+// give the same bytes.
 #pragma once
 
 #include <algorithm>
@@ -16,9 +18,12 @@
 
 namespace bgrtest {
 
+enum class Layout { kLinked, kDense };
+
 struct AirportSize {
+  Layout layout = Layout::kLinked;
   std::int32_t edges = 6000;    // at most; the grid takes what is left after runways and spurs
-  std::int32_t points = 12000;  // filled up with points that no edge uses
+  std::int32_t points = 12000;  // filled up with points that no edge uses (linked layout)
   std::int32_t aprons = 40;
   std::int32_t lights = 2000;
   std::uint32_t seed = 1;
@@ -35,7 +40,10 @@ class AirportGenerator {
  public:
   explicit AirportGenerator(const AirportSize& size) : size_(size), seed_(size.seed) {}
 
-  Airport Make() {
+  Airport Make() { return size_.layout == Layout::kDense ? MakeDense() : MakeLinked(); }
+
+ private:
+  Airport MakeLinked() {
     constexpr double kSpacing = 400;  // ft between grid nodes
     constexpr std::int32_t kRunways = 4, kRunwayEdges = 8;
     // links of two edges each, spurs of one: 4 G (G - 1) + G ≈ what is left
@@ -90,6 +98,51 @@ class AirportGenerator {
     }
     while (static_cast<std::int32_t>(points_.size()) < size_.points) Point(Next(10000) - 5000.0, Next(10000) - 5000.0);
 
+    return Files(span, 253);
+  }
+
+  // A straight grid of junctions 420 ft apart, one link in 16 left out, two
+  // runways along its sides and spurs from its edge towards them.
+  Airport MakeDense() {
+    constexpr double kSpacing = 420;
+    constexpr std::int32_t kRunways = 2, kRunwayEdges = 4;
+    std::int32_t budget = size_.edges - kRunways * kRunwayEdges;
+    std::int32_t g = 2;
+    while (2 * (g + 1) * g <= budget) ++g;
+    double span = (g - 1) * kSpacing;
+    for (std::int32_t r = 0; r < kRunways; ++r) {
+      auto first = static_cast<std::int32_t>(points_.size());
+      for (std::int32_t k = 0; k <= kRunwayEdges; ++k) {
+        double t = span * k / kRunwayEdges;
+        Point(r == 0 ? t : -700, r == 0 ? -700 : t);
+      }
+      for (std::int32_t k = 0; k < kRunwayEdges; ++k) Edge(first + k, first + k + 1, 200, 0, 15);
+    }
+    std::int32_t grid = static_cast<std::int32_t>(points_.size());
+    for (std::int32_t i = 0; i < g; ++i)
+      for (std::int32_t j = 0; j < g; ++j) Point(i * kSpacing + Jitter(25), j * kSpacing + Jitter(25));
+    auto node = [&](std::int32_t i, std::int32_t j) { return grid + i * g + j; };
+    for (std::int32_t i = 0; i < g; ++i) {
+      for (std::int32_t j = 0; j < g; ++j) {
+        for (std::int32_t d = 0; d < 2; ++d) {
+          std::int32_t ni = i + (d == 0), nj = j + (d == 1);
+          if (ni >= g || nj >= g || Next(16) == 0) continue;
+          std::int32_t flags = Next(10) == 0 ? 2 : 15;
+          Edge(node(i, j), node(ni, nj), 60 + Next(60), 1, flags);
+        }
+      }
+    }
+    for (std::int32_t k = 0; k < g && Room(2); ++k) {
+      std::int32_t a = node(k, 0), c = node(0, k);
+      Edge(a, Point(X(a) + Jitter(40), -700 + 80 + Jitter(60)), 75, 1, 15);
+      Edge(c, Point(-700 + 80 + Jitter(60), Z(c) + Jitter(40)), 75, 1, 15);
+    }
+    return Files(span, 197);
+  }
+
+  // The BGR and PLY bytes of what was drawn, with aprons of 3 to 2 + corners
+  // corners and light strings spread over span.
+  Airport Files(double span, std::uint32_t corners) {
     Airport out;
     BgrBuilder b;
     b.Origin(129060.0, 52136.0);
@@ -98,7 +151,7 @@ class AirportGenerator {
     out.bgr = b.End().data;
     out.ply = "ORG 129060.0 52136.0\n";
     for (std::int32_t k = 0; k < size_.aprons; ++k) Apron(out.ply, Next(static_cast<std::uint32_t>(span)),
-                                                        Next(static_cast<std::uint32_t>(span)), 3 + static_cast<std::int32_t>(Next(253)));
+                                                        Next(static_cast<std::uint32_t>(span)), 3 + static_cast<std::int32_t>(Next(corners)));
     for (std::int32_t k = 0; k < size_.lights; ++k) {
       std::int32_t x = static_cast<std::int32_t>(Next(static_cast<std::uint32_t>(span)));
       std::int32_t z = static_cast<std::int32_t>(Next(static_cast<std::uint32_t>(span)));
@@ -110,7 +163,6 @@ class AirportGenerator {
     return out;
   }
 
- private:
   std::int32_t Next(std::uint32_t n) {
     seed_ = seed_ * 1664525u + 1013904223u;
     return n == 0 ? 0 : static_cast<std::int32_t>((seed_ >> 8) % n);

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "formats/little_endian.h"
 #include "frame/int32_math.h"
@@ -14,6 +17,11 @@ namespace bgr {
 
 namespace {
 constexpr std::size_t kWindowBytes = 65536;
+// A written file is built in memory and goes to the disk in one write at its
+// close; only one larger than this goes in pieces of this size, which keeps
+// the memory of the largest tile files down.
+constexpr std::size_t kWriteBufferBytes = std::size_t{1} << 20;
+constexpr std::size_t kFirstWriteBuffer = 65536;
 }
 
 std::int32_t EncodeWidth(std::int32_t width) {
@@ -52,6 +60,7 @@ bool BgrFile::OpenWrite(RunContext& ctx, std::string_view name) {
   name_ = name;
   writing_ = 1;
   stream_ = WrapFileOpen(ctx, name, "wb");
+  Unbuffer();
   WriteTag("<bgno>");
   return static_cast<bool>(stream_);
 }
@@ -62,8 +71,14 @@ bool BgrFile::OpenReplace(RunContext& ctx, std::string_view name) {
   name_ = name;
   writing_ = 1;
   replacing_.Open(ctx, name);
+  Unbuffer();
   WriteTag("<bgno>");
   return static_cast<bool>(replacing_);
+}
+
+// The writer keeps its own buffer: the stream's would only split its writes.
+void BgrFile::Unbuffer() {
+  if (file()) std::setvbuf(file(), nullptr, _IONBF, 0);
 }
 
 bool BgrFile::Close() {
@@ -94,7 +109,9 @@ bool BgrFile::Close() {
 }
 
 void BgrFile::Abandon() {
-  pending_.clear();
+  pendingSize_ = 0;
+  pendingStart_ = 0;
+  cursor_ = 0;
   writeFailed_ = false;
   Drop();
   writing_ = 0;
@@ -136,13 +153,22 @@ bool BgrFile::ReadBytes(void* out, std::size_t n) {
 
 long BgrFile::Tell() const {
   if (!IsOpen()) return 0;
-  if (writing_) return std::ftell(file()) + static_cast<long>(pending_.size());
+  if (writing_) return pendingStart_ + static_cast<long>(cursor_);
   return windowStart_ + static_cast<long>(windowPos_);
 }
 
 bool BgrFile::Seek(long position) {
   if (!IsOpen() || position < 0) return false;
-  if (writing_) return FlushPending() && std::fseek(file(), position, SEEK_SET) == 0;
+  if (writing_) {
+    // a place still in memory is written there; one already on the disk is sought
+    if (position >= pendingStart_ && position <= pendingStart_ + static_cast<long>(pendingSize_)) {
+      cursor_ = static_cast<std::size_t>(position - pendingStart_);
+      return true;
+    }
+    if (!FlushPending() || std::fseek(file(), position, SEEK_SET) != 0) return false;
+    pendingStart_ = position;
+    return true;
+  }
   if (position >= windowStart_ && position <= windowStart_ + static_cast<long>(windowLen_)) {
     windowPos_ = static_cast<std::size_t>(position - windowStart_);
     return true;
@@ -157,7 +183,7 @@ long BgrFile::Length() {
   if (!IsOpen()) return 0;
   if (writing_) FlushPending();
   std::FILE* f = file();
-  long here = std::ftell(f);
+  long here = writing_ ? pendingStart_ : std::ftell(f);
   std::fseek(f, 0, SEEK_END);
   long length = std::ftell(f);
   std::fseek(f, here, SEEK_SET);
@@ -166,18 +192,43 @@ long BgrFile::Length() {
 
 bool BgrFile::WriteBytes(const void* data, std::size_t n) {
   if (!IsOpen() || writeFailed_) return false;
-  const auto* bytes = static_cast<const unsigned char*>(data);
-  pending_.insert(pending_.end(), bytes, bytes + n);
-  return pending_.size() < kWindowBytes || FlushPending();
+  if (cursor_ + n > pendingRoom_ && !MakeRoom(n)) return false;
+  std::memcpy(pending_.get() + cursor_, data, n);
+  cursor_ += n;
+  pendingSize_ = std::max(pendingSize_, cursor_);
+  return true;
+}
+
+// Room for n more bytes at the cursor: the buffer goes to the disk when it has
+// reached its full size and is written at its end, else it grows.
+bool BgrFile::MakeRoom(std::size_t n) {
+  if (pendingRoom_ >= kWriteBufferBytes && cursor_ == pendingSize_) {
+    if (!FlushPending()) return false;
+    if (n <= pendingRoom_) return true;
+  }
+  // realloc: a large buffer's pages move to their new place rather than being copied
+  std::size_t room = std::max({pendingRoom_ * 2, kFirstWriteBuffer, cursor_ + n});
+  void* grown = std::realloc(pending_.get(), room);
+  if (!grown) {
+    writeFailed_ = true;
+    writeError_ = ENOMEM;
+    return false;
+  }
+  (void)pending_.release();
+  pending_.reset(static_cast<unsigned char*>(grown));
+  pendingRoom_ = room;
+  return true;
 }
 
 bool BgrFile::FlushPending() {
-  if (!pending_.empty() && IsOpen() && !writeFailed_) {
+  if (pendingSize_ != 0 && IsOpen() && !writeFailed_) {
     errno = 0;
-    writeFailed_ = std::fwrite(pending_.data(), 1, pending_.size(), file()) != pending_.size();
+    writeFailed_ = std::fwrite(pending_.get(), 1, pendingSize_, file()) != pendingSize_;
     if (writeFailed_) writeError_ = errno;
   }
-  pending_.clear();
+  pendingStart_ += static_cast<long>(pendingSize_);
+  pendingSize_ = 0;
+  cursor_ = 0;
   return !writeFailed_;
 }
 
@@ -206,6 +257,16 @@ bool BgrFile::WriteLong(std::int32_t value) {
   unsigned char b[4];
   EncodeU32(static_cast<std::uint32_t>(value), b);
   return WriteBytes(b, 4);
+}
+
+bool BgrFile::WriteLongs(const std::int32_t* values, std::size_t n) {
+  if (!IsOpen() || writeFailed_) return false;
+  if (cursor_ + 4 * n > pendingRoom_ && !MakeRoom(4 * n)) return false;
+  unsigned char* at = pending_.get() + cursor_;
+  for (std::size_t i = 0; i < n; ++i, at += 4) EncodeU32(static_cast<std::uint32_t>(values[i]), at);
+  cursor_ += 4 * n;
+  pendingSize_ = std::max(pendingSize_, cursor_);
+  return true;
 }
 
 bool BgrFile::WriteRaw32(const void* word) {

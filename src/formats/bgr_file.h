@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -63,6 +65,8 @@ class BgrFile {
   // True when the tag and its zero come next; otherwise the stream stays put.
   bool ReadTag(std::string_view text);
   bool WriteLong(std::int32_t value);
+  // n values, as n WriteLong calls would write them.
+  bool WriteLongs(const std::int32_t* values, std::size_t n);
   bool WriteRaw32(const void* word);
   bool WriteDouble(double value);
   bool ReadLong(std::int32_t* value);
@@ -86,9 +90,12 @@ class BgrFile {
   // Reading goes through a window of the file of our own, so that the many
   // tries of a tag that isn't there (and the seeks back) cost no system call.
   bool ReadBytes(void* out, std::size_t n);
-  // Writing goes through a buffer of our own too: a file of millions of words
-  // would otherwise cost a library call each.
+  // Writing goes through a buffer of our own too, in which Seek and Tell work
+  // without a system call: a file of millions of words would otherwise cost a
+  // library call each, and a length patched in place two seeks.
   bool WriteBytes(const void* data, std::size_t n);
+  void Unbuffer();
+  bool MakeRoom(std::size_t n);
   bool FlushPending();
   int GetByte();
   bool Refill();
@@ -103,7 +110,14 @@ class BgrFile {
   Stream stream_;
   OutputFile replacing_;
   std::vector<unsigned char> window_;
-  std::vector<unsigned char> pending_;
+  struct Free {
+    void operator()(unsigned char* p) const { std::free(p); }
+  };
+  std::unique_ptr<unsigned char, Free> pending_;  // grown by realloc
+  std::size_t pendingSize_ = 0;
+  std::size_t pendingRoom_ = 0;
+  long pendingStart_ = 0;   // where pending_ begins in the file
+  std::size_t cursor_ = 0;  // where the next write goes in pending_
   bool writeFailed_ = false;
   int writeError_ = 0;  // the system's reason of a failed write
   long windowStart_ = 0;

@@ -37,7 +37,9 @@ std::int32_t TaxiwayList::SetRefCell(const RefCell& cell) {
 std::int32_t TaxiwayList::Load(std::string_view path, std::int32_t updatePly) {
   std::int32_t result = 0;
   BgrFile file;
-  if (FileExists(ctx_, path) && file.OpenRead(ctx_, path)) {
+  // one open: a missing file is no failure to report, as with FileExists
+  Stream stream = WrapFileOpen(ctx_, path, "exists");
+  if (stream && file.AttachRead(ctx_, std::move(stream), path)) {
     OriginRecord origin{originLat, originLon, 0};
     file.ReadOrigin(origin);
     originLat = origin.latitude;

@@ -1,5 +1,8 @@
 #include "formats/tms_file.h"
 
+#include <array>
+#include <iterator>
+
 #include "formats/working_units.h"
 #include "frame/int32_math.h"
 
@@ -62,16 +65,30 @@ bool TmsFile::WriteTile() {
 bool TmsFile::WritePointList() {
   if (points.count() < 0 || points.count() > points.capacity()) return false;
   bool ok = file.WriteLong(points.count());
-  for (const TEXPOINT& p : points.points()) ok = file.WriteLong(p.x) && file.WriteLong(p.y) && file.WriteLong(p.z) && ok;
-  return ok;
+  // in runs of words, a tile's point list being thousands of them
+  std::array<std::int32_t, 3 * 256> run;
+  std::size_t used = 0;
+  for (const TEXPOINT& p : points.points()) {
+    run[used++] = p.x;
+    run[used++] = p.y;
+    run[used++] = p.z;
+    if (used == run.size()) {
+      ok = file.WriteLongs(run.data(), used) && ok;
+      used = 0;
+    }
+  }
+  return file.WriteLongs(run.data(), used) && ok;
 }
 
 bool TmsFile::WritePolygonRecord() {
   if (polygon.count < 3 || polygon.count > TEXTURE::kMaxVerts) return false;
-  bool ok = file.WriteLong(kPolygonMark) && file.WriteLong(polygon.count);
-  for (std::int32_t word : kPolygonWords) ok = ok && file.WriteLong(word);
-  for (std::int32_t i = 0; i < polygon.count; ++i) ok = file.WriteLong(polygon.verts[i].point) && ok;
-  return ok;
+  std::array<std::int32_t, 2 + std::size(kPolygonWords) + TEXTURE::kMaxVerts> record;
+  std::size_t used = 0;
+  record[used++] = kPolygonMark;
+  record[used++] = polygon.count;
+  for (std::int32_t word : kPolygonWords) record[used++] = word;
+  for (std::int32_t i = 0; i < polygon.count; ++i) record[used++] = polygon.verts[static_cast<std::size_t>(i)].point;
+  return file.WriteLongs(record.data(), used);
 }
 
 bool TmsFile::WritePolygonSection(std::string_view tag, TmsState section) {

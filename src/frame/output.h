@@ -51,7 +51,7 @@ class OutputSink {
 
   std::FILE* stream_ = nullptr;
   bool lineFlush_ = false;
-  std::unique_ptr<char[]> buffer_ = std::make_unique<char[]>(kBufferBytes);
+  std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(kBufferBytes);  // no page touched unused
   std::size_t used_ = 0;
   std::string captured_;
   bool failed_ = false;

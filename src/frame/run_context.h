@@ -45,7 +45,11 @@ class RunContext {
   void ReportFatalLines(const FatalStop& stop);
   // True the first time 'key' is raised in this run: for what is said once a
   // run, however often its cause comes back.
-  bool FirstTime(std::string_view key) { return raised_.emplace(key).second; }
+  bool FirstTime(std::string_view key) {
+    if (raised_.contains(key)) return false;  // no text made for a key seen before
+    raised_.emplace(key);
+    return true;
+  }
   // Report, once a run for each format.
   void ReportOnce(std::string_view format, std::string_view text = "", std::int16_t shortNumber = 0,
                   std::int32_t longNumber = 0, std::string_view text2 = "");

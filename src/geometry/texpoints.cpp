@@ -1,7 +1,6 @@
 #include "geometry/texpoints.h"
 
 #include <algorithm>
-#include <bit>
 #include <new>
 
 #include "frame/int32_math.h"
@@ -41,34 +40,50 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   slots_.clear();
   slotsTaken_ = 0;
   stale_ = false;
-  try {
-    points_.assign(static_cast<std::size_t>(capacity), TEXPOINT{});
-  } catch (const std::bad_alloc&) {
-    ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity);
-  }
+  points_.clear();
   capacity_ = capacity;
+  fullSaid_ = false;
+}
+
+// The table's room grows with its points: most tile tables of a small airport
+// stay empty or hold a few.
+void TEXPOINTS::Reach(std::int32_t n) {
+  if (static_cast<std::size_t>(n) <= points_.size()) return;
+  if (points_.capacity() < static_cast<std::size_t>(n)) {
+    std::size_t room = std::max<std::size_t>({static_cast<std::size_t>(n), points_.capacity() * 2, 64});
+    try {
+      points_.reserve(std::min(room, static_cast<std::size_t>(capacity_)));
+    } catch (const std::bad_alloc&) {
+      ReportFatal("TEXPOINTS::SetSize() alloc failed %s %d %ld\n", "", 0, capacity_);
+    }
+  }
+  points_.resize(static_cast<std::size_t>(n));
 }
 
 void TEXPOINTS::Copy(const TEXPOINTS& other) {
   base = other.base;
   count_ = std::min(other.count_, capacity_);
-  std::copy_n(other.points_.begin(), count_, points_.begin());
+  Reach(count_);
+  std::copy_n(other.points().begin(), count_, points_.begin());
   stale_ = true;
 }
 
 void TEXPOINTS::SetCount(std::int32_t n) {
   count_ = std::clamp(n, 0, capacity_);
+  Reach(count_);
   stale_ = true;
 }
 
 void TEXPOINTS::SetPoint(std::int32_t i, const TEXPOINT& p) {
   if (!stale_ && i < count_) Unindex(i);
+  Reach(i + 1);
   points_[static_cast<std::size_t>(i)] = p;
   if (!stale_ && i < count_) Index(i);
 }
 
 std::span<TEXPOINT> TEXPOINTS::EditAll() {
   stale_ = true;
+  Reach(capacity_);
   return {points_.data(), points_.size()};
 }
 
@@ -83,27 +98,35 @@ std::uint64_t TEXPOINTS::CellOf(const TEXPOINT& p) {
                  static_cast<std::uint32_t>(p.z) >> kCellShift);
 }
 
-namespace {
-// The high bits of the product mix every bit of the key.
-std::size_t Slot(std::uint64_t key, std::size_t mask) {
-  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> (64 - std::popcount(mask)));
+// The high bits of the product mix every bit of the key; two more of them
+// pick the cell's bit in the filter.
+std::size_t TEXPOINTS::FilterBit(std::uint64_t key) const {
+  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> (slotShift_ - kFilterBitsPerSlotLog2));
 }
-}  // namespace
+
+std::size_t TEXPOINTS::Home(std::uint64_t key) const { return FilterBit(key) >> kFilterBitsPerSlotLog2; }
 
 std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
   if (slots_.empty()) return 0;
+  std::size_t bit = FilterBit(key);
+  if (!(filter_[bit / 64] >> (bit % 64) & 1)) return slots_.size();
   std::size_t mask = slots_.size() - 1;
-  for (std::size_t at = Slot(key, mask);; at = (at + 1) & mask) {
-    std::int32_t head = slots_[at];
-    if (head == kFree) return slots_.size();
-    if (head != kGone && CellOf(points_[static_cast<std::size_t>(head)]) == key) return at;
+  for (std::size_t at = bit >> kFilterBitsPerSlotLog2;; at = (at + 1) & mask) {
+    const CellSlot& slot = slots_[at];
+    if (slot.head == kFree) return slots_.size();
+    if (slot.head != kGone && CellOf(points_[static_cast<std::size_t>(slot.head)]) == key) return at;
   }
 }
 
 void TEXPOINTS::GrowSlots() {
   std::size_t size = 64;
-  while (size < static_cast<std::size_t>(count_) * 4) size *= 2;
-  slots_.assign(size, kFree);
+  slotShift_ = 58;
+  while (size < static_cast<std::size_t>(count_) * 2) {
+    size *= 2;
+    --slotShift_;
+  }
+  slots_.assign(size, CellSlot{});
+  filter_.assign((size << kFilterBitsPerSlotLog2) / 64, 0);
   slotsTaken_ = 0;
   for (std::int32_t i = 0; i < count_; ++i) Index(i);
 }
@@ -120,17 +143,19 @@ void TEXPOINTS::Index(std::int32_t i) {
   std::size_t slot = FindSlot(key);
   if (slot == slots_.size()) {
     std::size_t mask = slots_.size() - 1;
-    for (slot = Slot(key, mask); slots_[slot] >= 0; slot = (slot + 1) & mask) {
+    for (slot = Home(key); slots_[slot].head >= 0; slot = (slot + 1) & mask) {
     }
-    if (slots_[slot] == kFree) ++slotsTaken_;
-    slots_[slot] = i;
+    if (slots_[slot].head == kFree) ++slotsTaken_;
+    slots_[slot] = {i};
+    std::size_t bit = FilterBit(key);
+    filter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
     n(i) = -1;
     return;
   }
-  std::int32_t head = slots_[slot];
+  std::int32_t head = slots_[slot].head;
   if (i < head) {
     n(i) = head;
-    slots_[slot] = i;
+    slots_[slot].head = i;
     return;
   }
   std::int32_t at = head;
@@ -143,9 +168,9 @@ void TEXPOINTS::Unindex(std::int32_t i) {
   std::size_t slot = FindSlot(CellOf(points_[static_cast<std::size_t>(i)]));
   if (slot == slots_.size()) return;
   auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
-  std::int32_t head = slots_[slot];
+  std::int32_t head = slots_[slot].head;
   if (head == i) {
-    slots_[slot] = n(i) == -1 ? kGone : n(i);
+    slots_[slot].head = n(i) == -1 ? kGone : n(i);
     return;
   }
   for (std::int32_t at = head; n(at) != -1; at = n(at)) {
@@ -184,7 +209,7 @@ std::int32_t TEXPOINTS::FindByIndex(std::int32_t x, std::int32_t y, std::int32_t
       for (std::uint32_t k = 0; k <= nz; ++k) {
         std::size_t slot = FindSlot(CellKey((x0 + i) & 0x0FFFFFFFu, (y0 + j) & 0x0FFFFFFFu, (z0 + k) & 0x0FFFFFFFu));
         if (slot == slots_.size()) continue;
-        for (std::int32_t n = slots_[slot]; n != -1; n = next_[static_cast<std::size_t>(n)]) {
+        for (std::int32_t n = slots_[slot].head; n != -1; n = next_[static_cast<std::size_t>(n)]) {
           if (best != -1 && n >= best) break;
           if (WithinTolerance(points_[static_cast<std::size_t>(n)], x, y, z, tolerance)) {
             best = n;
@@ -208,10 +233,14 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
     }
   }
   if (count_ >= capacity_) {
-    if (context_) context_->ReportOnce("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
+    // a full tile table is asked hundreds of thousands of times: the run's
+    // once-only set is asked once per table
+    if (context_ && !fullSaid_) context_->ReportOnce("TEXPOINTS::Add() table full %s%d %ld", "", 0, count_);
+    fullSaid_ = true;
     return 0;
   }
   std::int32_t number = count_++;
+  Reach(number + 1);
   points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
   if (!stale_) Index(number);
   if (counts) counts[number] = 1;
@@ -235,7 +264,7 @@ void TEXTURE::Reverse() {
 
 void TEXTURE::SetFlat(std::int32_t vertexCount, std::int32_t attribute) {
   normalX = 0;
-  normalY = 32767;
+  normalY = kFlatNormal;
   normalZ = 0;
   count = vertexCount;
   attr = attribute;
@@ -245,41 +274,74 @@ void TEXTURE::FreeTriangles() { triangles.reset(); }
 
 std::int32_t TextureList::Add(const TEXTURE& texture) {
   std::int32_t n = std::clamp(texture.count, 0, TEXTURE::kMaxVerts);
-  try {
-    std::size_t first = verts_.size();
-    verts_.insert(verts_.end(), texture.verts.begin(), texture.verts.begin() + n);
+  // a flat polygon of no attribute, as the clipper makes them, needs no more than its length
+  bool plain = texture.count == n && texture.normalX == 0 && texture.normalY == TEXTURE::kFlatNormal &&
+               texture.normalZ == 0 && texture.attr == 0;
+  std::size_t need = static_cast<std::size_t>(n) + (plain ? 1 : kTrailer);
+  if (blocks_.empty() || blocks_.back().size - blocks_.back().used < need) {
+    std::size_t size = blocks_.empty() ? kFirstBlock : std::min(blocks_.back().size * 2, kLargestBlock);
+    size = std::max(size, need);
     try {
-      nodes_.push_back(BitAndTex{texture.count, texture.normalX, texture.normalY, texture.normalZ, texture.attr,
-                                 first, static_cast<std::size_t>(n)});
+      blocks_.push_back({std::make_unique_for_overwrite<std::int32_t[]>(size), size, 0});
     } catch (const std::bad_alloc&) {
-      verts_.resize(first);
-      throw;
+      if (context_)
+        context_->ReportOnce("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
+                             static_cast<std::int32_t>(n * sizeof(TexVertex)));
+      return 0;
     }
-  } catch (const std::bad_alloc&) {
-    if (context_)
-      context_->ReportOnce("BitAndTex::Add(TEXTURE) alloc failed %d %ld", "", 0,
-                           static_cast<std::int32_t>(n * sizeof(TexVertex)));
-    return 0;
   }
+  Block& block = blocks_.back();
+  std::int32_t* at = block.data.get() + block.used;
+  for (std::int32_t v = 0; v < n; ++v) *at++ = texture.verts[static_cast<std::size_t>(v)].point;
+  if (plain) {
+    *at++ = n | kPlainRecord;
+  } else {
+    *at++ = texture.count;
+    *at++ = texture.normalX;
+    *at++ = texture.normalY;
+    *at++ = texture.normalZ;
+    *at++ = texture.attr;
+    *at++ = n;
+  }
+  block.used += need;
+  ++stored_;
   return 1;
 }
 
 const TEXTURE* TextureList::First() {
-  cursor_ = nodes_.size();
+  cursorBlock_ = blocks_.size();
+  cursorEnd_ = 0;
   return Next();
 }
 
 const TEXTURE* TextureList::Next() {
-  if (cursor_ == 0) return nullptr;
-  const BitAndTex& node = nodes_[--cursor_];
-  scratch_.count = node.count;
-  scratch_.normalX = node.normalX;
-  scratch_.normalY = node.normalY;
-  scratch_.normalZ = node.normalZ;
-  scratch_.attr = node.attr;
-  auto from = verts_.begin() + static_cast<std::ptrdiff_t>(node.first);
-  std::copy(from, from + static_cast<std::ptrdiff_t>(node.size), scratch_.verts.begin());
-  return &scratch_;
+  while (cursorEnd_ == 0) {
+    if (cursorBlock_ == 0) return nullptr;
+    cursorEnd_ = blocks_[--cursorBlock_].used;
+  }
+  if (!scratch_) scratch_ = std::make_unique<TEXTURE>();
+  TEXTURE& scratch = *scratch_;
+  const std::int32_t* end = blocks_[cursorBlock_].data.get() + cursorEnd_;
+  bool plain = (end[-1] & kPlainRecord) != 0;
+  std::int32_t n = end[-1] & ~kPlainRecord;
+  std::size_t trailer = plain ? 1 : kTrailer;
+  const std::int32_t* record = end - trailer - static_cast<std::size_t>(n);
+  for (std::int32_t v = 0; v < n; ++v) scratch.verts[static_cast<std::size_t>(v)].point = record[v];
+  if (plain) {
+    scratch.count = n;
+    scratch.normalX = 0;
+    scratch.normalY = TEXTURE::kFlatNormal;
+    scratch.normalZ = 0;
+    scratch.attr = 0;
+  } else {
+    scratch.count = end[-6];
+    scratch.normalX = end[-5];
+    scratch.normalY = end[-4];
+    scratch.normalZ = end[-3];
+    scratch.attr = end[-2];
+  }
+  cursorEnd_ -= trailer + static_cast<std::size_t>(n);
+  return &scratch;
 }
 
 }  // namespace bgr

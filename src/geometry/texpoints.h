@@ -38,7 +38,10 @@ class TEXPOINTS {
   void SetSize(std::int32_t capacity);
   void Copy(const TEXPOINTS& other);
   // Table-full reports go to the run's report; a table of no run stays silent.
-  void Attach(RunContext* ctx) { context_ = ctx; }
+  void Attach(RunContext* ctx) {
+    context_ = ctx;
+    fullSaid_ = false;
+  }
   // Number of the point within tolerance of (x, y, z), or a new point; 0 and a
   // report (once a run) when the table is full.
   std::int32_t Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
@@ -52,7 +55,10 @@ class TEXPOINTS {
   std::int32_t capacity() const { return capacity_; }
   // Owners fill or empty the table directly within its capacity.
   void SetCount(std::int32_t n);
-  const TEXPOINT& operator[](std::int32_t i) const { return points_[static_cast<std::size_t>(i)]; }
+  // Any number below the capacity; one that no point ever reached reads as the origin.
+  const TEXPOINT& operator[](std::int32_t i) const {
+    return static_cast<std::size_t>(i) < points_.size() ? points_[static_cast<std::size_t>(i)] : kUnset;
+  }
   // A changed point: the index follows it at once.
   void SetPoint(std::int32_t i, const TEXPOINT& p);
   // Free access to all points; the index is rebuilt on the next Add.
@@ -60,6 +66,10 @@ class TEXPOINTS {
   std::span<const TEXPOINT> points() const { return {points_.data(), static_cast<std::size_t>(count_)}; }
 
  private:
+  static constexpr TEXPOINT kUnset{};
+  // Points up to number n - 1 in the vector; above the highest number ever
+  // reached the table holds zeros, which need no memory.
+  void Reach(std::int32_t n);
   static constexpr int kCellShift = 4;  // cells of 16 units on each axis
   static constexpr std::int32_t kIndexedTolerance = 64;
 
@@ -75,13 +85,25 @@ class TEXPOINTS {
   // through next_ by rising number.
   static constexpr std::int32_t kFree = -1;
   static constexpr std::int32_t kGone = -2;  // a cell emptied: the probe goes on past it
+  struct CellSlot {
+    std::int32_t head = kFree;
+  };
+  // A bit per hash of the cells that were ever indexed since the last growth:
+  // most searches for a new point end there, in a table an eighth of the
+  // slots' size.
+  static constexpr int kFilterBitsPerSlotLog2 = 2;
+  std::size_t FilterBit(std::uint64_t key) const;
+  std::size_t Home(std::uint64_t key) const;
   std::size_t FindSlot(std::uint64_t key) const;  // the slot of the cell, or the size for none
   void GrowSlots();
   RunContext* context_ = nullptr;
+  bool fullSaid_ = false;  // this table's refusal went to the run's once-only report
   std::int32_t count_ = 0;
   std::int32_t capacity_ = 0;
   std::vector<TEXPOINT> points_;
-  std::vector<std::int32_t> slots_;
+  std::vector<CellSlot> slots_;
+  std::vector<std::uint64_t> filter_;
+  int slotShift_ = 64;          // 64 less the bits of a slot number
   std::size_t slotsTaken_ = 0;  // cells and gone cells
   std::vector<std::int32_t> next_;
   bool stale_ = false;
@@ -101,6 +123,7 @@ using Triple = std::array<std::int32_t, 3>;
 class TEXTURE {
  public:
   static constexpr std::int32_t kMaxVerts = 256;
+  static constexpr std::int32_t kFlatNormal = 32767;  // the normal's y of a flat polygon: 1
 
   TEXTURE() = default;
   TEXTURE(const TEXTURE&) = delete;
@@ -136,18 +159,29 @@ class TextureList {
   std::int32_t Add(const TEXTURE& texture);
   const TEXTURE* First();
   const TEXTURE* Next();
-  std::size_t size() const { return nodes_.size(); }
+  std::size_t size() const { return stored_; }
 
  private:
-  struct BitAndTex {
-    std::int32_t count, normalX, normalY, normalZ, attr;
-    std::size_t first, size;  // its vertices in verts_
+  // Each polygon is a record of its vertices' points followed by count,
+  // normalX, normalY, normalZ, attr and the number of vertices stored, so the
+  // list reads from its end; a flat polygon of no attribute is followed by the
+  // number alone, marked. Records fill blocks that double in size and are
+  // never moved: a tile's polygons cost their bytes once, in pages touched
+  // only as they fill.
+  static constexpr std::size_t kTrailer = 6;
+  static constexpr std::int32_t kPlainRecord = 1 << 30;
+  static constexpr std::size_t kFirstBlock = 256;
+  static constexpr std::size_t kLargestBlock = std::size_t{1} << 18;
+  struct Block {
+    std::unique_ptr<std::int32_t[]> data;
+    std::size_t size = 0, used = 0;
   };
-  std::vector<BitAndTex> nodes_;  // in order of arrival; read from the back
-  std::vector<TexVertex> verts_;  // the vertices of all of them, one after another
-  std::size_t cursor_ = 0;        // nodes still to read
+  std::vector<Block> blocks_;
+  std::size_t stored_ = 0;
+  std::size_t cursorBlock_ = 0;  // the record that Next gives ends at used_ of this block
+  std::size_t cursorEnd_ = 0;
   RunContext* context_ = nullptr;
-  TEXTURE scratch_;
+  std::unique_ptr<TEXTURE> scratch_;  // made by the first read: most lists of a small airport stay empty
 };
 
 }  // namespace bgr

@@ -1,5 +1,8 @@
 // Triangulation of flat polygons: a fan for convex shapes, ear clipping for the
 // rest, and the winding test that the tile store relies on.
+#include <algorithm>
+#include <array>
+#include <climits>
 #include <cmath>
 #include <new>
 #include <vector>
@@ -41,6 +44,30 @@ bool IsEar(const TEXPOINTS& points, std::int32_t u, std::int32_t v, std::int32_t
   return true;
 }
 
+std::int32_t WholeDegreesOfAtan(double q) {
+  // tan of 0 to 89 degrees: the whole degrees of atan(q) are the count of them
+  // at or below |q| less one. Within a ten-millionth of one the rounding of atan
+  // could tip the count, so there atan itself decides, as it does from 89 degrees on.
+  static const std::array<double, 90> kTangents = [] {
+    std::array<double, 90> t{};
+    for (std::size_t k = 0; k < t.size(); ++k) t[k] = std::tan(static_cast<double>(k) * kRadiansPerDegree);
+    return t;
+  }();
+  constexpr double kMargin = 1e-7;
+  double size = std::fabs(q);
+  if (!(size < kTangents.back() * (1 - kMargin))) return static_cast<std::int32_t>(std::atan(q) / kRadiansPerDegree);
+  // a first guess within a tenth of a degree: atan(s) ~ 45 s - s (s - 1) (14.02 + 3.79 s) on 0..1
+  auto guess = [](double s) { return 45 * s - s * (s - 1) * (14.02 + 3.79 * s); };
+  double degrees = size <= 1 ? guess(size) : 90 - guess(1 / size);
+  auto whole = static_cast<std::size_t>(std::clamp(degrees, 0.0, 88.0));
+  while (whole > 0 && size < kTangents[whole]) --whole;
+  while (whole + 1 < kTangents.size() && size >= kTangents[whole + 1]) ++whole;
+  if ((whole > 0 && size < kTangents[whole] * (1 + kMargin)) || size > kTangents[whole + 1] * (1 - kMargin)) {
+    return static_cast<std::int32_t>(std::atan(q) / kRadiansPerDegree);
+  }
+  return q < 0 ? -static_cast<std::int32_t>(whole) : static_cast<std::int32_t>(whole);
+}
+
 std::int32_t EdgeBearing(std::int32_t a1, std::int32_t b1, std::int32_t a2, std::int32_t b2) {
   std::int32_t da = WrapSub(a2, a1);
   std::int32_t db = WrapSub(b2, b1);
@@ -48,7 +75,7 @@ std::int32_t EdgeBearing(std::int32_t a1, std::int32_t b1, std::int32_t a2, std:
   if (da == 0) return db < 0 ? -90 : 90;
   bool back = da < 0;
   double size = std::fabs(static_cast<double>(da));
-  auto r = static_cast<std::int32_t>(std::atan(db / size) / 0.017453292519943295);
+  std::int32_t r = WholeDegreesOfAtan(db / size);
   if (back) r = 180 - r;
   if (r > 180) r -= 360;
   return r;
@@ -148,12 +175,43 @@ std::int32_t TEXTURE::VertexTurn(const TEXPOINTS& points, std::int32_t i) const 
   return BearingDifference(EdgeBearing(a.z, a.x, b.z, b.x), EdgeBearing(b.z, b.x, c.z, c.x));
 }
 
+// The sum of the signs of every VertexTurn. Whole-degree bearings are each
+// less than a degree off the true direction, so a corner that turns by 5 to
+// 175 degrees either way votes as its cross product says; only the others
+// take their edges' bearings, each edge's once.
 bool TEXTURE::IsReversed(const TEXPOINTS& points) const {
   if (count < 3) return false;
   std::int32_t n = count < kMaxVerts ? count : kMaxVerts;
+  constexpr double kClearTurn = 0.0076;  // sin^2 of a little over 5 degrees
+  constexpr std::int32_t kUnknown = INT32_MIN;
+  // plain arrays, not TEXPOINTs, which would be cleared all 256 first
+  // the first two corners again at the end, so corner i + 2 needs no wrap
+  std::array<std::int32_t, kMaxVerts + 2> xs, zs;
+  std::array<std::int32_t, kMaxVerts> bearings;
+  for (std::int32_t k = 0; k < n + 2; ++k) {
+    std::int32_t from = k < n ? k : k - n;
+    TEXPOINT p = PointAt(points, WrapSub(verts[static_cast<std::size_t>(from)].point, points.base));
+    xs[static_cast<std::size_t>(k)] = p.x;
+    zs[static_cast<std::size_t>(k)] = p.z;
+    if (k < n) bearings[static_cast<std::size_t>(k)] = kUnknown;
+  }
+  auto x = [&](std::int32_t k) { return xs[static_cast<std::size_t>(k)]; };
+  auto z = [&](std::int32_t k) { return zs[static_cast<std::size_t>(k)]; };
+  auto bearing = [&](std::int32_t k) {
+    std::int32_t& b = bearings[static_cast<std::size_t>(k < n ? k : k - n)];
+    if (b == kUnknown) b = EdgeBearing(z(k), x(k), z(k + 1), x(k + 1));
+    return b;
+  };
   std::int32_t sum = 0;
   for (std::int32_t i = 0; i < n; ++i) {
-    std::int32_t turn = VertexTurn(points, i);
+    double uz = WrapSub(z(i + 1), z(i)), ux = WrapSub(x(i + 1), x(i));
+    double vz = WrapSub(z(i + 2), z(i + 1)), vx = WrapSub(x(i + 2), x(i + 1));
+    double cross = uz * vx - ux * vz;
+    if (cross != 0 && cross * cross >= kClearTurn * (uz * uz + ux * ux) * (vz * vz + vx * vx)) {
+      sum += cross > 0 ? 1 : -1;
+      continue;
+    }
+    std::int32_t turn = BearingDifference(bearing(i), bearing(i + 1));
     sum += turn > 0 ? 1 : (turn < 0 ? -1 : 0);
   }
   return sum < 0;

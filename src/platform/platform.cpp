@@ -51,10 +51,16 @@ class FolderNames {
     return names;
   }
 
-  // The entry of 'dir' whose name equals 'name' ignoring case; the first in name order.
-  std::string Find(const std::string& dir, std::string_view name) {
+  struct Stamp {
+    std::int64_t seconds = -1, nanoseconds = -1, inode = -1, device = -1;
+    bool operator==(const Stamp&) const = default;
+  };
+
+  // The entry of 'dir' whose name equals 'name' ignoring case; the first in
+  // name order. 'stamp' is the folder's as the caller just saw it, if it did.
+  std::string Find(const std::string& dir, std::string_view name, const Stamp* stamp = nullptr) {
     std::lock_guard<std::mutex> hold(mutex_);
-    Listing* listing = Current(Key(dir));
+    Listing* listing = Current(Key(dir), stamp);
     if (!listing) return {};
     auto it = listing->names.find(Folded(name));
     return it == listing->names.end() || it->second.empty() ? std::string() : it->second.front();
@@ -63,12 +69,21 @@ class FolderNames {
   // This program made, or moved here, the file 'path' (native).
   void Added(const std::string& path) { Change(path, true); }
   void Removed(const std::string& path) { Change(path, false); }
+  void Moved(const std::string& from, const std::string& to) {
+    std::lock_guard<std::mutex> hold(mutex_);
+    std::string fromDir = Enter(from, false), toDir = Enter(to, true);
+    Restamp(fromDir);
+    if (toDir != fromDir) Restamp(toDir);
+  }
+
+#if !defined(_WIN32)
+  static Stamp StampOf(const struct stat& st) {
+    return {static_cast<std::int64_t>(st.st_mtim.tv_sec), static_cast<std::int64_t>(st.st_mtim.tv_nsec),
+            static_cast<std::int64_t>(st.st_ino), static_cast<std::int64_t>(st.st_dev)};
+  }
+#endif
 
  private:
-  struct Stamp {
-    std::int64_t seconds = -1, nanoseconds = -1, inode = -1, device = -1;
-    bool operator==(const Stamp&) const = default;
-  };
   struct Listing {
     Stamp stamp;
     std::unordered_map<std::string, std::vector<std::string>> names;  // folded name: the real ones in name order
@@ -92,16 +107,15 @@ class FolderNames {
 #if !defined(_WIN32)
     struct stat st;
     if (::stat(dir.c_str(), &st) != 0) return stamp;
-    stamp = {static_cast<std::int64_t>(st.st_mtim.tv_sec), static_cast<std::int64_t>(st.st_mtim.tv_nsec),
-             static_cast<std::int64_t>(st.st_ino), static_cast<std::int64_t>(st.st_dev)};
+    stamp = StampOf(st);
 #else
     (void)dir;
 #endif
     return stamp;
   }
 
-  Listing* Current(const std::string& dir) {
-    Stamp now = StampOf(dir);
+  Listing* Current(const std::string& dir, const Stamp* known) {
+    Stamp now = known ? *known : StampOf(dir);
     if (now.seconds < 0) {
       listings_.erase(dir);
       return nullptr;
@@ -125,11 +139,17 @@ class FolderNames {
 
   void Change(const std::string& path, bool added) {
     std::lock_guard<std::mutex> hold(mutex_);
+    Restamp(Enter(path, added));
+  }
+
+  // The name of 'path' into or out of its folder's listing; the folder's key,
+  // or nothing when the folder isn't listed.
+  std::string Enter(const std::string& path, bool added) {
     std::size_t slash = path.find_last_of('/');
     std::string dir = Key(slash == std::string::npos ? std::string() : path.substr(0, slash == 0 ? 1 : slash));
     std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
     auto it = listings_.find(dir);
-    if (it == listings_.end()) return;
+    if (it == listings_.end()) return {};
     Listing& listing = it->second;
     if (added) {
       Enter(listing, name);
@@ -137,8 +157,14 @@ class FolderNames {
       auto at = listing.names.find(Folded(name));
       if (at != listing.names.end()) std::erase(at->second, name);
     }
-    // a change of another program in the same moment goes unseen: a risk as small as the moment
-    listing.stamp = StampOf(dir);
+    return dir;
+  }
+
+  // a change of another program in the same moment goes unseen: a risk as small as the moment
+  void Restamp(const std::string& dir) {
+    if (dir.empty()) return;
+    auto it = listings_.find(dir);
+    if (it != listings_.end()) it->second.stamp = StampOf(dir);
   }
 
   std::mutex mutex_;
@@ -147,16 +173,15 @@ class FolderNames {
 
 std::string FindNoCaseIn(const std::string& dir, std::string_view name) { return FolderNames::Shared().Find(dir, name); }
 
-}  // namespace
-
-std::string NativePath(std::string_view path) {
+// A path text with '/' between its parts, each part found on disk under its
+// case when lookUp is set.
+std::string Walk(std::string_view path, bool lookUp) {
   std::string result;
   std::size_t pos = 0;
   if (!path.empty() && IsSeparator(path[0])) {
     result = "/";
     while (pos < path.size() && IsSeparator(path[pos])) ++pos;
   }
-  bool lookUp = true;
   while (pos < path.size()) {
     std::size_t next = pos;
     while (next < path.size() && !IsSeparator(path[next])) ++next;
@@ -180,6 +205,61 @@ std::string NativePath(std::string_view path) {
   }
   return result;
 }
+
+// A native path, and what stands there when the look-up could tell it
+// without a further call (not behind a symbolic link).
+struct Resolved {
+  std::string native;
+  bool kindKnown = false;
+  PathKind kind = PathKind::kMissing;
+  FolderNames::Stamp stamp{};  // of a folder, as the look-up saw it
+
+  static Resolved Unknown(std::string native) { return {std::move(native), false, PathKind::kMissing, {}}; }
+  static Resolved Missing(std::string native) { return {std::move(native), true, PathKind::kMissing, {}}; }
+};
+
+// NativePath's answer with as few calls to the system as it takes: a path that
+// exists as written is one look, a new file in a known folder two.
+Resolved Resolve(std::string_view path) {
+  std::string spelled = Walk(path, false);
+  if (spelled.empty()) return Resolved::Unknown({});
+#if !defined(_WIN32)
+  struct stat st;
+  if (::lstat(spelled.c_str(), &st) == 0) {
+    if (S_ISLNK(st.st_mode)) return Resolved::Unknown(spelled);
+    PathKind kind = S_ISREG(st.st_mode)   ? PathKind::kRegular
+                    : S_ISDIR(st.st_mode) ? PathKind::kDirectory
+                    : (S_ISCHR(st.st_mode) || S_ISBLK(st.st_mode)) ? PathKind::kDevice
+                                                                    : PathKind::kOther;
+    return {spelled, true, kind, S_ISDIR(st.st_mode) ? FolderNames::StampOf(st) : FolderNames::Stamp{}};
+  }
+  // Missing as written: the folder is resolved the same way, then the name
+  // looked for in its listing under another case.
+  std::size_t slash = spelled.find_last_of('/');
+  std::string name = slash == std::string::npos ? spelled : spelled.substr(slash + 1);
+  if (name.empty() || name == "." || name == "..") return Resolved::Unknown(Walk(path, true));
+  Resolved folder;
+  if (slash == std::string::npos) {
+    folder = Resolved::Unknown("");
+  } else if (slash == 0) {
+    folder = Resolved::Unknown("/");
+  } else {
+    folder = Resolve(std::string_view(spelled).substr(0, slash));
+  }
+  bool stamped = folder.kindKnown && folder.kind == PathKind::kDirectory;
+  std::string prefix = folder.native.empty() || folder.native.back() == '/' ? folder.native : folder.native + '/';
+  if (folder.kindKnown && folder.kind == PathKind::kMissing) return Resolved::Missing(prefix + name);
+  std::string found = FolderNames::Shared().Find(folder.native, name, stamped ? &folder.stamp : nullptr);
+  if (found.empty()) return Resolved::Missing(prefix + name);
+  return Resolved::Unknown(prefix + found);
+#else
+  return Resolved::Unknown(Walk(path, true));
+#endif
+}
+
+}  // namespace
+
+std::string NativePath(std::string_view path) { return Resolve(path).native; }
 
 namespace {
 
@@ -214,15 +294,26 @@ bool SyncPath(const std::string& native, bool folder) {
 
 }  // namespace
 
-PathKind KindOf(std::string_view path) { return KindOfNative(NativePath(path)); }
+namespace {
+
+PathKind KindOfResolved(const Resolved& r) { return r.kindKnown ? r.kind : KindOfNative(r.native); }
+
+}  // namespace
+
+PathKind KindOf(std::string_view path) { return KindOfResolved(Resolve(path)); }
 
 std::FILE* OpenFile(std::string_view path, const char* mode) {
-  std::string native = NativePath(path);
+  Resolved resolved = Resolve(path);
+  const std::string& native = resolved.native;
   if (native.empty()) return nullptr;
-  PathKind kind = KindOfNative(native);
+  PathKind kind = KindOfResolved(resolved);
   bool reading = mode[0] == 'r';
   if (kind == PathKind::kDirectory || kind == PathKind::kOther || (reading && kind == PathKind::kDevice)) {
     errno = kind == PathKind::kDirectory ? EISDIR : EINVAL;
+    return nullptr;
+  }
+  if (reading && kind == PathKind::kMissing) {
+    errno = ENOENT;  // as the open would fail, without asking
     return nullptr;
   }
   bool made = !reading && kind == PathKind::kMissing;
@@ -367,54 +458,57 @@ bool RemoveFile(std::string_view path) {
 }
 
 bool MoveFile(std::string_view from, std::string_view to) {
-  std::string source = NativePath(from);
-  std::string target = NativePath(to);
+  Resolved source = Resolve(from);
+  Resolved target = Resolve(to);
   std::error_code ec;
-  if (source.empty() || target.empty() || !fs::is_regular_file(source, ec)) return false;
-  if (fs::is_symlink(fs::symlink_status(target, ec))) {
-    fs::path resolved = fs::weakly_canonical(target, ec);
+  if (source.native.empty() || target.native.empty() || KindOfResolved(source) != PathKind::kRegular) return false;
+  if (!target.kindKnown && fs::is_symlink(fs::symlink_status(target.native, ec))) {
+    fs::path resolved = fs::weakly_canonical(target.native, ec);
     if (ec) return false;
-    target = resolved.string();
+    target = Resolved::Unknown(resolved.string());
   }
-  if (fs::is_directory(target, ec)) return false;
-  fs::file_status old = fs::status(target, ec);
-  if (!ec && fs::is_regular_file(old)) fs::permissions(source, old.permissions(), ec);
+  PathKind kind = KindOfResolved(target);
+  if (kind == PathKind::kDirectory) return false;
+  bool replacing = kind != PathKind::kMissing;
 #if !defined(_WIN32)
-  struct stat owner;
-  if (::stat(target.c_str(), &owner) == 0 && ::chown(source.c_str(), owner.st_uid, owner.st_gid) != 0) {
-    // a file of another owner keeps only its mode: we may not give it away
+  struct stat old;
+  if (replacing && ::stat(target.native.c_str(), &old) == 0) {
+    if (S_ISREG(old.st_mode)) fs::permissions(source.native, static_cast<fs::perms>(old.st_mode & 07777), ec);
+    if (::chown(source.native.c_str(), old.st_uid, old.st_gid) != 0) {
+      // a file of another owner keeps only its mode: we may not give it away
+    }
   }
   // Replacing a file, its new bytes must be on the disk before the name moves
   // over, or a crash could leave the name with nothing; a file that is new
   // has no old content to lose, and a run that writes thousands of them
   // shouldn't wait for the disk at each.
-  bool replacing = fs::exists(fs::symlink_status(target, ec));
-  if (replacing && !SyncPath(source, false)) return false;
+  if (replacing && !SyncPath(source.native, false)) return false;
+#else
+  fs::file_status old = fs::status(target.native, ec);
+  if (!ec && fs::is_regular_file(old)) fs::permissions(source.native, old.permissions(), ec);
 #endif
-  fs::rename(source, target, ec);
-  if (!ec) {
-    FolderNames::Shared().Removed(source);
-    FolderNames::Shared().Added(target);
-  }
+  fs::rename(source.native, target.native, ec);
+  if (!ec) FolderNames::Shared().Moved(source.native, target.native);
 #if !defined(_WIN32)
-  if (!ec && replacing) SyncPath(fs::path(target).parent_path().string(), true);
+  if (!ec && replacing) SyncPath(fs::path(target.native).parent_path().string(), true);
 #endif
+  const std::string& targetPath = target.native;
   if (!ec) return true;
   if (ec != std::errc::cross_device_link) return false;
   // Another file system: copy beside the target first, so the target is replaced
   // in one rename and never missing.
-  std::string part = target + ".part~";
-  fs::copy_file(source, part, fs::copy_options::overwrite_existing, ec);
+  std::string part = targetPath + ".part~";
+  fs::copy_file(source.native, part, fs::copy_options::overwrite_existing, ec);
   if (ec) {
     fs::remove(part, ec);
     return false;
   }
-  fs::rename(part, target, ec);
+  fs::rename(part, targetPath, ec);
   if (ec) {
     fs::remove(part, ec);
     return false;
   }
-  fs::remove(source, ec);
+  fs::remove(source.native, ec);
   return true;
 }
 

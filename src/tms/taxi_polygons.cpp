@@ -133,8 +133,9 @@ void BuildRibbon(Segment& segment, double insetStart, double insetEnd, double ha
 }
 
 void JoinedPairs::Clear() {
-  pairs_.clear();
+  slots_.clear();
   stored_ = 0;
+  hasLastKey_ = false;
 }
 
 std::uint64_t JoinedPairs::Key(std::int32_t a, std::int32_t b) {
@@ -142,12 +143,37 @@ std::uint64_t JoinedPairs::Key(std::int32_t a, std::int32_t b) {
   return (std::uint64_t{low} << 32) | high;
 }
 
+// An open-addressed set of keys, kEmpty marking a free slot; the one key that
+// equals kEmpty is kept aside.
 bool JoinedPairs::Remember(std::int32_t a, std::int32_t b) {
   std::uint64_t key = Key(a, b);
-  if (pairs_.contains(key)) return false;
-  if (stored_ < kCapacity) {
-    pairs_.insert(key);
-    ++stored_;
+  if (key == kEmpty) {
+    if (hasLastKey_) return false;
+    if (stored_ < kCapacity) {
+      hasLastKey_ = true;
+      ++stored_;
+    }
+    return true;
+  }
+  if (slots_.empty()) slots_.assign(256, kEmpty);
+  std::size_t mask = slots_.size() - 1;
+  std::size_t at = static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> 32) & mask;
+  for (; slots_[at] != kEmpty; at = (at + 1) & mask) {
+    if (slots_[at] == key) return false;
+  }
+  if (stored_ >= kCapacity) return true;
+  slots_[at] = key;
+  ++stored_;
+  if (static_cast<std::size_t>(stored_) * 2 > slots_.size()) {
+    std::vector<std::uint64_t> old(slots_.size() * 2, kEmpty);
+    old.swap(slots_);
+    mask = slots_.size() - 1;
+    for (std::uint64_t k : old) {
+      if (k == kEmpty) continue;
+      std::size_t to = static_cast<std::size_t>((k * 0x9E3779B97F4A7C15ull) >> 32) & mask;
+      while (slots_[to] != kEmpty) to = (to + 1) & mask;
+      slots_[to] = k;
+    }
   }
   return true;
 }

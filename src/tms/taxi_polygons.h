@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -57,9 +56,11 @@ class JoinedPairs {
   bool Remember(std::int32_t a, std::int32_t b);
 
  private:
+  static constexpr std::uint64_t kEmpty = ~std::uint64_t{0};
   static std::uint64_t Key(std::int32_t a, std::int32_t b);
-  std::unordered_set<std::uint64_t> pairs_;
+  std::vector<std::uint64_t> slots_;
   std::int32_t stored_ = 0;
+  bool hasLastKey_ = false;  // the pair whose key is kEmpty
 };
 
 class TaxiPolygons {

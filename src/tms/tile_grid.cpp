@@ -19,7 +19,9 @@ bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b) {
   return (a < v && v < b) || (b < v && v < a);
 }
 
-TileGrid::TileGrid(RunContext* ctx) : tiles_(std::make_unique<Grid>()) {
+// default-initialised: every member has its initialiser, and clearing the
+// whole grid first would only touch its pages
+TileGrid::TileGrid(RunContext* ctx) : tiles_(new Grid) {
   for (auto& column : *tiles_) {
     for (TileRecord& tile : column) {
       for (TEXPOINTS& points : tile.points) points.Attach(ctx);
@@ -173,7 +175,7 @@ void TileGrid::Emit(std::int32_t layer, std::span<const ClipPoint> corners, std:
   SelectTile(static_cast<std::int32_t>(sumX / n), static_cast<std::int32_t>(sumZ / n));
   TileRecord& tile = Tile(CurrentTileX, CurrentTileZ);
   TEXPOINTS& points = tile.points[static_cast<std::size_t>(layer)];
-  TEXTURE texture;
+  TEXTURE& texture = emitted_;  // reused: a fresh one would clear all its 256 vertices for 2 to 4
   texture.SetFlat(static_cast<std::int32_t>(corners.size()), attr);
   for (std::size_t i = 0; i < corners.size(); ++i) texture.verts[i].point = points.Add(corners[i].x, 0, corners[i].z, 0);
   // every polygon is stored clockwise in plan; a line keeps its ends in order

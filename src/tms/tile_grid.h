@@ -67,6 +67,7 @@ class TileGrid {
 
   using Grid = std::array<std::array<TileRecord, kTilesPerSide>, kTilesPerSide>;
   std::unique_ptr<Grid> tiles_;
+  TEXTURE emitted_;
 };
 
 bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b);

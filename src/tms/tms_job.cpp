@@ -14,7 +14,8 @@ namespace bgr {
 
 bool SegmentList::Add(std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end) {
   if (count_ >= capacity()) return false;
-  Segment& s = segments_[static_cast<std::size_t>(count_++)];
+  Segment& s = segments_.emplace_back();
+  ++count_;
   s.edge = edge;
   s.line.SetFromPoints(start, end);
   return true;

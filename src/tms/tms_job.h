@@ -38,9 +38,12 @@ struct Segment {
 
 class SegmentList {
  public:
-  explicit SegmentList(std::int32_t capacity) : segments_(static_cast<std::size_t>(capacity)) {}
+  // The room is taken at once and its pages touched only as segments arrive.
+  explicit SegmentList(std::int32_t capacity) : capacity_(capacity) {
+    segments_.reserve(static_cast<std::size_t>(capacity));
+  }
   std::int32_t count() const { return count_; }
-  std::int32_t capacity() const { return static_cast<std::int32_t>(segments_.size()); }
+  std::int32_t capacity() const { return capacity_; }
   // The segment, or null for an index outside the list.
   Segment* At(std::int32_t index) {
     return index >= 0 && index < count_ ? &segments_[static_cast<std::size_t>(index)] : nullptr;
@@ -50,6 +53,7 @@ class SegmentList {
 
  private:
   std::vector<Segment> segments_;
+  std::int32_t capacity_ = 0;
   std::int32_t count_ = 0;
 };
 

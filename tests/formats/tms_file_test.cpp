@@ -92,5 +92,39 @@ TEST(TmsFileTest, PolygonSizeLimits) {
   EXPECT_FALSE(r.ReadCntr());
 }
 
+// A section longer than the writer keeps in memory has its length patched on
+// the disk, and what follows it lands after it.
+TEST(TmsFileTest, LengthsOfSectionsLargerThanTheWriteBuffer) {
+  bgrtest::TempDir dir;
+  bgrtest::TestRun run;
+  TmsFile t;
+  ASSERT_TRUE(t.OpenWrite(run.ctx, dir / "big.tms"));
+  constexpr int kPolygons = 40000;  // 36 bytes each: about 1.4 MB
+  for (std::int32_t tile = 0; tile < 2; ++tile) {
+    t.tileX = tile;
+    t.WriteTile();
+    SetPoints(t.points, {{1, 0, 1}, {2, 0, 2}, {3, 0, 1}});
+    SetPolygon(t.polygon, {0, 1, 2});
+    for (int i = 0; i < (tile == 0 ? kPolygons : 1); ++i) ASSERT_TRUE(t.WritePave());
+    t.WriteTileEnd();
+  }
+  ASSERT_TRUE(t.Close());
+  std::string bytes = dir.Read("big.tms");
+  auto lengthAfter = [&](std::size_t tag) {
+    std::uint32_t v = 0;
+    for (int i = 3; i >= 0; --i) v = v << 8 | static_cast<unsigned char>(bytes[tag + 7 + static_cast<std::size_t>(i)]);
+    return static_cast<std::size_t>(v);
+  };
+  std::size_t first = bytes.find("<pave>");
+  ASSERT_NE(first, std::string::npos);
+  // length word, 4 fixed words, the point list of 3, the records, the closing word
+  EXPECT_EQ(lengthAfter(first), 16 + 4 + 36 + kPolygons * 36u + 4);
+  EXPECT_EQ(bytes.compare(first + 7 + 4 + lengthAfter(first), 7, std::string("<endo>\0", 7)), 0);
+  std::size_t second = bytes.find("<pave>", first + 7 + lengthAfter(first));
+  ASSERT_NE(second, std::string::npos);
+  EXPECT_EQ(lengthAfter(second), 16 + 4 + 36 + 36u + 4);
+  EXPECT_EQ(bytes.compare(second + 7 + 4 + lengthAfter(second), 7, std::string("<endo>\0", 7)), 0);
+}
+
 }  // namespace
 }  // namespace bgr

@@ -94,5 +94,62 @@ TEST(Triangulate, RandomSimplePolygonsAreCoveredExactly) {
   }
 }
 
+// Bearings as the plain formula gives them: atan itself, cut to whole degrees.
+TEST(Triangulate, WholeDegreesAgreeWithAtan) {
+  auto plain = [](double q) { return static_cast<std::int32_t>(std::atan(q) / 0.017453292519943295); };
+  std::vector<double> qs = {0.0, -0.0, 1.0, -1.0, 1e-300, 57.28996163075943, 57.29, 1e9, -1e9, 2147483647.0};
+  for (int k = 0; k <= 90; ++k) {
+    // the tangent of each whole degree and the doubles around it, where the cut flips
+    double t = std::tan(k * 0.017453292519943295);
+    double below = t, above = t;
+    for (int step = 0; step < 40; ++step) {
+      below = std::nextafter(below, 0.0);
+      above = std::nextafter(above, 1e300);
+      for (double q : {t, below, above, t * (1 + 1e-7), t * (1 - 1e-7), t * (1 + 2e-7)}) {
+        qs.push_back(q);
+        qs.push_back(-q);
+      }
+    }
+  }
+  std::mt19937 rng(7);
+  std::uniform_int_distribution<std::int32_t> any(-2147483647, 2147483647), small(-3000, 3000);
+  for (int i = 0; i < 200000; ++i) {
+    std::int32_t db = i % 2 ? any(rng) : small(rng), da = i % 2 ? any(rng) : small(rng);
+    if (da != 0) qs.push_back(db / std::fabs(static_cast<double>(da)));
+  }
+  for (double q : qs) ASSERT_EQ(WholeDegreesOfAtan(q), plain(q)) << q;
+}
+
+// The winding vote with every edge's bearing taken once is the plain sum of the
+// signs of each corner's VertexTurn.
+TEST(Triangulate, ReversedIsTheVoteOfTheCornerTurns) {
+  std::mt19937 rng(11);
+  std::uniform_int_distribution<std::int32_t> coord(-400000, 400000), size(3, 12);
+  TEXPOINTS pts;
+  TEXTURE tex;
+  for (int round = 0; round < 30000; ++round) {
+    std::vector<XZ> corners(static_cast<std::size_t>(size(rng)));
+    for (std::size_t k = 0; k < corners.size(); ++k) {
+      XZ& c = corners[k];
+      c = {coord(rng), coord(rng)};
+      if (round % 3 == 0) c = {c.x / 100000 * 100000, c.z / 100000 * 100000};  // edges along the axes, corners in line
+      if (round % 3 == 1) {
+        // nearly in line, or folding back on itself: turns within a few degrees of 0 and 180
+        std::int32_t along = static_cast<std::int32_t>(k % 2 ? k : corners.size() - k) * 20000;
+        c = {along + coord(rng) / 400, along / 3 + coord(rng) / 400};
+      }
+    }
+    Make(pts, tex, corners);
+    if (round % 5 == 0) pts.base = 1;  // numbers shifted: the corner out of the table reads as the origin
+    std::int32_t sum = 0;
+    for (std::int32_t i = 0; i < tex.count; ++i) {
+      std::int32_t turn = tex.VertexTurn(pts, i);
+      sum += turn > 0 ? 1 : (turn < 0 ? -1 : 0);
+    }
+    ASSERT_EQ(tex.IsReversed(pts), sum < 0) << "round " << round;
+    pts.base = 0;
+  }
+}
+
 }  // namespace
 }  // namespace bgr

@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#if !defined(_WIN32)
+#include <unistd.h>
+#endif
+
 #include "support/temp_dir.h"
 
 namespace {
@@ -34,6 +39,41 @@ TEST(Platform, MoveReplacesTheTarget) {
   EXPECT_FALSE(platform::MoveFile("_TEMP_.BGR", "sub\\a.bgr"));
   EXPECT_EQ(dir.Read("sub/a.bgr"), "new");
 }
+
+#if !defined(_WIN32)
+// What the look-up finds in the odd places: a file in the place of a folder,
+// links that lead nowhere, two spellings of one name, a file made behind the
+// program's back after the folder was listed.
+TEST(Platform, LookUpsAgreeWithTheFolderWalkInOddPlaces) {
+  bgrtest::TempDir dir;
+  bgrtest::ScopedChdir in(dir.path());
+  dir.Write("data/ksea.bgr", "x");
+  dir.Write("data/Two.bgr", "1");
+  dir.Write("data/two.bgr", "2");
+  ASSERT_EQ(::symlink("nowhere", (dir / "data/dangling").c_str()), 0);
+  ASSERT_EQ(::symlink("ksea.bgr", (dir / "data/link").c_str()), 0);
+  EXPECT_EQ(platform::NativePath("DATA\\KSEA.BGR\\X"), "data/ksea.bgr/X");
+  EXPECT_EQ(platform::NativePath("DATA\\DANGLING"), "data/dangling");
+  EXPECT_EQ(platform::NativePath("data//two.BGR"), "data/Two.bgr");  // the first in name order
+  EXPECT_EQ(platform::NativePath("data/two.bgr"), "data/two.bgr");    // as written, when it exists
+  EXPECT_EQ(platform::NativePath("DATA\\"), "data/");
+  EXPECT_EQ(platform::KindOf("DATA\\LINK"), platform::PathKind::kRegular);
+  EXPECT_EQ(platform::KindOf("DATA\\DANGLING"), platform::PathKind::kMissing);
+  EXPECT_EQ(platform::KindOf("DATA"), platform::PathKind::kDirectory);
+  EXPECT_EQ(platform::NativePath("DATA\\LATE.BGR"), "data/LATE.BGR");
+  dir.Write("data/late.bgr", "made by another program");
+  EXPECT_EQ(platform::NativePath("DATA\\LATE.BGR"), "data/late.bgr");
+  errno = 0;
+  EXPECT_EQ(platform::OpenFile("DATA\\GONE.BGR", "rb"), nullptr);
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_EQ(platform::KindOf("DATA\\GONE.BGR"), platform::PathKind::kMissing);
+  // a move on to a link replaces the file it points to
+  dir.Write("data/new.part", "new");
+  EXPECT_TRUE(platform::MoveFile("DATA\\NEW.PART", "DATA\\LINK"));
+  EXPECT_EQ(dir.Read("data/ksea.bgr"), "new");
+  EXPECT_EQ(platform::NativePath("DATA\\NEW.PART"), "data/NEW.PART");
+}
+#endif
 
 TEST(PathText, SetExtensionKeepsTheSystemsQuirks) {
   struct Case {

@@ -168,6 +168,12 @@ TEST(JoinedPairs, AgreesWithThePlainTable) {
     if (a == b) continue;
     ASSERT_EQ(fast.Remember(a, b), plain.Remember(a, b)) << i;
   }
+  // the pair whose key has every bit set is a pair like any other
+  JoinedPairs edge;
+  EXPECT_TRUE(edge.Remember(-1, -1));
+  EXPECT_FALSE(edge.Remember(-1, -1));
+  EXPECT_TRUE(edge.Remember(-1, 0));
+  EXPECT_FALSE(edge.Remember(0, -1));
 }
 
 // A random network in feet: points on a small grid so that edges share them,
