@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "bench_util.h"
+#include "script/geo_parse.h"
 #include "script/script_run.h"
 #include "support/airport_db.h"
 
@@ -48,14 +49,6 @@ std::vector<std::vector<std::string>> Rows(const std::string& path) {
   return rows;
 }
 
-std::string Angle(double degrees, char positive, char negative) {
-  double a = std::fabs(degrees) * 3600;
-  int d = static_cast<int>(a / 3600), m = static_cast<int>((a - d * 3600) / 60);
-  char text[48];
-  std::snprintf(text, sizeof text, "%c%d:%d:%.4f", degrees < 0 ? negative : positive, d, m, a - d * 3600 - m * 60);
-  return text;
-}
-
 struct World {
   std::string dir = bgrbench::TempPath("world");
   int runways = 0;
@@ -70,8 +63,8 @@ struct World {
     for (const auto& r : Rows(BENCH_SHARED_DATA "/ourairports/runways.csv")) {
       if (r.size() < 17 || r[0] == "id") continue;
       script << "RWY " << r[8] << " " << r[14] << " x x " << r[3] << " " << r[4] << " "
-             << Angle(std::stod(r[9]), 'N', 'S') << " " << Angle(std::stod(r[10]), 'E', 'W') << " "
-             << Angle(std::stod(r[15]), 'N', 'S') << " " << Angle(std::stod(r[16]), 'E', 'W') << "\n";
+             << bgr::FormatLatitude(std::stod(r[9])) << " " << bgr::FormatLongitude(std::stod(r[10])) << " "
+             << bgr::FormatLatitude(std::stod(r[15])) << " " << bgr::FormatLongitude(std::stod(r[16])) << "\n";
       ++runways;
     }
     fs::create_directories(dir + "/DATABASE");

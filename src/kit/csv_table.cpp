@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 
 #include "frame/text.h"
 
@@ -48,6 +49,19 @@ bool ReadCsv(const std::string& path, Table& table, std::string& error) {
   csv_free(&parser);
   std::fclose(f);
   return ok;
+}
+
+bool ReadCsvWithHeader(const std::string& path, const char* command, Table& table) {
+  std::string error;
+  if (!ReadCsv(path, table, error)) {
+    std::cerr << command << ": " << error << "\n";
+    return false;
+  }
+  if (table.rows.empty()) {
+    std::cerr << command << ": '" << path << "' has no header row\n";
+    return false;
+  }
+  return true;
 }
 
 // The first of the names that the header has, or -1.

@@ -15,6 +15,8 @@ struct Table {
 };
 
 bool ReadCsv(const std::string& path, Table& table, std::string& error);
+// ReadCsv, and a header row at least; what fails is said on standard error in the command's words.
+bool ReadCsvWithHeader(const std::string& path, const char* command, Table& table);
 
 // The first of the names that the header has, or -1.
 int Column(const std::vector<std::string>& header, const std::vector<std::string>& names);

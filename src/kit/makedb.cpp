@@ -87,15 +87,7 @@ bool WriteWhole(RunContext& ctx, const std::string& path, const std::string& byt
 
 int MakeDb(const Options& o) {
   Table table;
-  std::string error;
-  if (!ReadCsv(o.csv, table, error)) {
-    std::cerr << "bgrkit makedb: " << error << "\n";
-    return kFailed;
-  }
-  if (table.rows.empty()) {
-    std::cerr << "bgrkit makedb: '" << o.csv << "' has no header row\n";
-    return kFailed;
-  }
+  if (!ReadCsvWithHeader(o.csv, "bgrkit makedb", table)) return kFailed;
   const auto& header = table.rows.front();
   // a column the user named must be there; only the defaults fall back on other names
   std::vector<int> codes;

@@ -62,15 +62,8 @@ bool CountryAirports(const Options& o, std::set<std::string>& idents, std::strin
 
 int Runways(const Options& o) {
   Table table;
+  if (!ReadCsvWithHeader(o.csv, "bgrkit runways", table)) return kFailed;
   std::string error;
-  if (!ReadCsv(o.csv, table, error)) {
-    std::cerr << "bgrkit runways: " << error << "\n";
-    return kFailed;
-  }
-  if (table.rows.empty()) {
-    std::cerr << "bgrkit runways: '" << o.csv << "' has no header row\n";
-    return kFailed;
-  }
   const auto& header = table.rows.front();
   const char* names[] = {"airport_ident", "length_ft",        "width_ft", "closed",           "le_ident",
                          "le_latitude_deg", "le_longitude_deg", "he_ident", "he_latitude_deg", "he_longitude_deg",
