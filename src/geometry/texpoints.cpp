@@ -37,12 +37,12 @@ void TEXPOINTS::SetSize(std::int32_t capacity) {
   if (capacity < 0) capacity = 0;
   base = 0;
   count_ = 0;
-  slots_.clear();
-  slotsTaken_ = 0;
-  stale_ = false;
   points_.clear();
   capacity_ = capacity;
   fullSaid_ = false;
+  exactBuilt_ = cellsBuilt_ = false;
+  exact_.clear();
+  slots_.clear();
 }
 
 // The table's room grows with its points: most tile tables of a small airport
@@ -65,26 +65,167 @@ void TEXPOINTS::Copy(const TEXPOINTS& other) {
   count_ = std::min(other.count_, capacity_);
   Reach(count_);
   std::copy_n(other.points().begin(), count_, points_.begin());
-  stale_ = true;
+  exactBuilt_ = cellsBuilt_ = false;
 }
 
 void TEXPOINTS::SetCount(std::int32_t n) {
   count_ = std::clamp(n, 0, capacity_);
   Reach(count_);
-  stale_ = true;
+  exactBuilt_ = cellsBuilt_ = false;
 }
 
 void TEXPOINTS::SetPoint(std::int32_t i, const TEXPOINT& p) {
-  if (!stale_ && i < count_) Unindex(i);
+  bool indexed = i < count_;
+  if (indexed) Unindex(i);
   Reach(i + 1);
   points_[static_cast<std::size_t>(i)] = p;
-  if (!stale_ && i < count_) Index(i);
+  if (indexed) Index(i);
 }
 
 std::span<TEXPOINT> TEXPOINTS::EditAll() {
-  stale_ = true;
+  exactBuilt_ = cellsBuilt_ = false;
   Reach(capacity_);
   return {points_.data(), points_.size()};
+}
+
+void TEXPOINTS::Index(std::int32_t i) {
+  if (exactBuilt_) InsertExact(i);
+  if (cellsBuilt_) InsertCell(i);
+}
+
+void TEXPOINTS::Unindex(std::int32_t i) {
+  if (exactBuilt_) UnindexExact(i);
+  if (!cellsBuilt_) return;
+  std::size_t slot = FindSlot(CellOf(points_[static_cast<std::size_t>(i)]));
+  if (slot == slots_.size()) return;
+  auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
+  std::int32_t head = slots_[slot].head;
+  if (head == i) {
+    slots_[slot].head = n(i) == -1 ? kGone : n(i);
+    return;
+  }
+  for (std::int32_t at = head; n(at) != -1; at = n(at)) {
+    if (n(at) == i) {
+      n(at) = n(i);
+      return;
+    }
+  }
+}
+
+std::size_t TEXPOINTS::ExactHash(std::int32_t x, std::int32_t y, std::int32_t z, int shift) {
+  std::uint64_t key = (static_cast<std::uint64_t>(static_cast<std::uint32_t>(x) >> 10) << 32 | (static_cast<std::uint32_t>(z) >> 10)) ^
+                      static_cast<std::uint64_t>(static_cast<std::uint32_t>(y)) * 0xC2B2AE3D27D4EB4Full;
+  std::uint32_t fine = (static_cast<std::uint32_t>(x) * 0x9E3779B1u ^ static_cast<std::uint32_t>(z) * 0x85EBCA77u) >> 28;
+  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> shift) + fine;
+}
+
+std::size_t TEXPOINTS::ExactFilterBit(std::int32_t x, std::int32_t y, std::int32_t z) const {
+  std::uint64_t key = (static_cast<std::uint64_t>(static_cast<std::uint32_t>(x)) << 32 | static_cast<std::uint32_t>(z)) ^
+                      static_cast<std::uint64_t>(static_cast<std::uint32_t>(y)) * 0xC2B2AE3D27D4EB4Full;
+  return static_cast<std::size_t>((key * 0xD6E8FEB86659FD93ull) >> (exactShift_ - 3));
+}
+
+std::size_t TEXPOINTS::ExactSlotOf(std::int32_t x, std::int32_t y, std::int32_t z) const {
+  if (!MayHold(x, y, z)) return exact_.size();
+  std::size_t mask = exact_.size() - 1;
+  for (std::size_t at = ExactHash(x, y, z, exactShift_) & mask;; at = (at + 1) & mask) {
+    const ExactSlot& slot = exact_[at];
+    if (slot.point == kFree) return exact_.size();
+    if (slot.point >= 0 && slot.x == x && slot.z == z && slot.y == y) return at;
+  }
+}
+
+// Grown four times over each time it is half full, so that a table filled a
+// point at a time is built few times.
+void TEXPOINTS::BuildExact() {
+  std::size_t size = 64;
+  exactShift_ = 58;
+  while (size < static_cast<std::size_t>(count_) * 4) {
+    size *= 2;
+    --exactShift_;
+  }
+  exact_.assign(size, ExactSlot{});
+  exactFilter_.assign(size / 8, 0);
+  exactTaken_ = 0;
+  exactTwins_ = 0;
+  exactBuilt_ = true;
+  recentValid_ = false;
+  for (std::int32_t i = 0; i < count_; ++i) InsertExact(i);
+}
+
+void TEXPOINTS::InsertExact(std::int32_t i) {
+  if ((exactTaken_ + 1) * 2 > exact_.size()) {
+    BuildExact();  // holds every point up to the count, i among them
+    return;
+  }
+  const TEXPOINT& p = points_[static_cast<std::size_t>(i)];
+  bool fresh = !MayHold(p.x, p.y, p.z);  // no equal point to look for: the first free slot takes it
+  std::size_t bit = ExactFilterBit(p.x, p.y, p.z);
+  exactFilter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
+  std::size_t mask = exact_.size() - 1;
+  std::size_t gone = exact_.size();
+  std::size_t at = ExactHash(p.x, p.y, p.z, exactShift_) & mask;
+  for (;; at = (at + 1) & mask) {
+    ExactSlot& slot = exact_[at];
+    if (slot.point == kFree) break;
+    if (slot.point == kGone) {
+      if (gone == exact_.size()) gone = at;
+      if (fresh) break;
+    } else if (slot.x == p.x && slot.z == p.z && slot.y == p.y) {
+      slot.point = std::min(slot.point, i);
+      ++exactTwins_;
+      return;
+    }
+  }
+  if (gone != exact_.size()) {
+    at = gone;
+  } else {
+    ++exactTaken_;
+  }
+  exact_[at] = {p.x, p.y, p.z, i};
+}
+
+void TEXPOINTS::UnindexExact(std::int32_t i) {
+  recentValid_ = false;
+  const TEXPOINT& p = points_[static_cast<std::size_t>(i)];
+  std::size_t at = ExactSlotOf(p.x, p.y, p.z);
+  if (at == exact_.size()) return;
+  ExactSlot& slot = exact_[at];
+  if (slot.point != i) {
+    --exactTwins_;
+    return;
+  }
+  slot.point = kGone;
+  if (exactTwins_ == 0) return;
+  // the next equal point, if any, takes the slot: a walk, in a table that has equal points
+  for (std::int32_t j = i + 1; j < count_; ++j) {
+    if (points_[static_cast<std::size_t>(j)].Equals(p.x, p.y, p.z)) {
+      slot.point = j;
+      --exactTwins_;
+      return;
+    }
+  }
+}
+
+std::size_t TEXPOINTS::RecentOf(std::int32_t x, std::int32_t z) {
+  std::uint32_t h = static_cast<std::uint32_t>(x) * 0x9E3779B1u ^ static_cast<std::uint32_t>(z) * 0x85EBCA77u;
+  return (h ^ h >> 15) & (kRecent - 1);
+}
+
+std::int32_t TEXPOINTS::FindExact(std::int32_t x, std::int32_t y, std::int32_t z) {
+  if (!exactBuilt_) BuildExact();
+  if (!recentValid_) {
+    recent_.fill(ExactSlot{});
+    recentValid_ = true;
+  }
+  ExactSlot& recent = recent_[RecentOf(x, z)];
+  if (recent.point != kFree && recent.x == x && recent.z == z && recent.y == y) return std::max(recent.point, -1);
+  std::size_t at = ExactSlotOf(x, y, z);
+  std::int32_t found = at == exact_.size() ? -1 : exact_[at].point;
+  // a point not found is added next under the count, unless the table is full
+  std::int32_t answer = found >= 0 ? found : count_ < capacity_ ? count_ : kGone;
+  recent = {x, y, z, answer};
+  return found;
 }
 
 std::uint64_t TEXPOINTS::CellKey(std::uint32_t cx, std::uint32_t cy, std::uint32_t cz) {
@@ -107,7 +248,6 @@ std::size_t TEXPOINTS::FilterBit(std::uint64_t key) const {
 std::size_t TEXPOINTS::Home(std::uint64_t key) const { return FilterBit(key) >> kFilterBitsPerSlotLog2; }
 
 std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
-  if (slots_.empty()) return 0;
   std::size_t bit = FilterBit(key);
   if (!(filter_[bit / 64] >> (bit % 64) & 1)) return slots_.size();
   std::size_t mask = slots_.size() - 1;
@@ -118,7 +258,7 @@ std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
   }
 }
 
-void TEXPOINTS::GrowSlots() {
+void TEXPOINTS::BuildCells() {
   std::size_t size = 64;
   slotShift_ = 58;
   while (size < static_cast<std::size_t>(count_) * 2) {
@@ -128,15 +268,16 @@ void TEXPOINTS::GrowSlots() {
   slots_.assign(size, CellSlot{});
   filter_.assign((size << kFilterBitsPerSlotLog2) / 64, 0);
   slotsTaken_ = 0;
-  for (std::int32_t i = 0; i < count_; ++i) Index(i);
+  cellsBuilt_ = true;
+  for (std::int32_t i = 0; i < count_; ++i) InsertCell(i);
 }
 
 // Into its cell's chain, in order of number.
-void TEXPOINTS::Index(std::int32_t i) {
+void TEXPOINTS::InsertCell(std::int32_t i) {
   if (static_cast<std::size_t>(i) >= next_.size()) next_.resize(std::max<std::size_t>(i + 1, next_.size() * 2), -1);
   if ((slotsTaken_ + 1) * 2 > slots_.size()) {
-    GrowSlots();  // indexes every point up to count, i among them
-    if (i < count_) return;
+    BuildCells();  // indexes every point up to the count, i among them
+    return;
   }
   std::uint64_t key = CellOf(points_[static_cast<std::size_t>(i)]);
   auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
@@ -164,28 +305,6 @@ void TEXPOINTS::Index(std::int32_t i) {
   n(at) = i;
 }
 
-void TEXPOINTS::Unindex(std::int32_t i) {
-  std::size_t slot = FindSlot(CellOf(points_[static_cast<std::size_t>(i)]));
-  if (slot == slots_.size()) return;
-  auto n = [this](std::int32_t at) -> std::int32_t& { return next_[static_cast<std::size_t>(at)]; };
-  std::int32_t head = slots_[slot].head;
-  if (head == i) {
-    slots_[slot].head = n(i) == -1 ? kGone : n(i);
-    return;
-  }
-  for (std::int32_t at = head; n(at) != -1; at = n(at)) {
-    if (n(at) == i) {
-      n(at) = n(i);
-      return;
-    }
-  }
-}
-
-void TEXPOINTS::Reindex() {
-  GrowSlots();
-  stale_ = false;
-}
-
 std::int32_t TEXPOINTS::FindByWalk(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) const {
   for (std::int32_t i = 0; i < count_; ++i) {
     if (WithinTolerance(points_[static_cast<std::size_t>(i)], x, y, z, tolerance)) return i;
@@ -194,7 +313,7 @@ std::int32_t TEXPOINTS::FindByWalk(std::int32_t x, std::int32_t y, std::int32_t 
 }
 
 std::int32_t TEXPOINTS::FindByIndex(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance) {
-  if (stale_) Reindex();
+  if (!cellsBuilt_) BuildCells();
   // The cells that hold [v - tolerance, v + tolerance] on each axis; the range
   // wraps around as the 32-bit differences do.
   auto first = [&](std::int32_t v) { return static_cast<std::uint32_t>(WrapSub(v, tolerance)) >> kCellShift; };
@@ -225,8 +344,10 @@ std::int32_t TEXPOINTS::FindByIndex(std::int32_t x, std::int32_t y, std::int32_t
 std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
                             std::int32_t* counts) {
   if (tolerance >= 0) {
-    std::int32_t found =
-        tolerance <= kIndexedTolerance ? FindByIndex(x, y, z, tolerance) : FindByWalk(x, y, z, tolerance);
+    // a tolerance of 0 asks for the very point, which the exact index holds
+    std::int32_t found = tolerance == 0                   ? FindExact(x, y, z)
+                         : tolerance <= kIndexedTolerance ? FindByIndex(x, y, z, tolerance)
+                                                          : FindByWalk(x, y, z, tolerance);
     if (found >= 0) {
       if (counts) counts[found] = WrapAdd(counts[found], 1);
       return found;
@@ -242,7 +363,7 @@ std::int32_t TEXPOINTS::Add(std::int32_t x, std::int32_t y, std::int32_t z, std:
   std::int32_t number = count_++;
   Reach(number + 1);
   points_[static_cast<std::size_t>(number)] = TEXPOINT{x, y, z};
-  if (!stale_) Index(number);
+  Index(number);
   if (counts) counts[number] = 1;
   return number;
 }

@@ -24,8 +24,8 @@ struct TEXPOINT {
 };
 
 // A point table of fixed capacity that merges points within a tolerance. The
-// merge search is served by a grid index that gives the same point as a walk
-// from point 0 (the lowest number among all matches).
+// merge search is served by indexes that give the same point as a walk from
+// point 0 (the lowest number among all matches).
 class TEXPOINTS {
  public:
   static constexpr std::int32_t kDefaultCapacity = 2000;
@@ -46,6 +46,11 @@ class TEXPOINTS {
   // report (once a run) when the table is full.
   std::int32_t Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
                    std::int32_t* counts = nullptr);
+  // Asks the memory for the place an exact Add of (x, y, z) looks at first, so
+  // that the Adds of a polygon's corners wait for the memory once, not once each.
+  void Prefetch(std::int32_t x, std::int32_t y, std::int32_t z) const {
+    if (exactBuilt_) __builtin_prefetch(&exact_[ExactHash(x, y, z, exactShift_) & (exact_.size() - 1)]);
+  }
 
   std::int32_t base = 0;
   // The plain walk from point 0 that the index must agree with; -1 for no match.
@@ -61,7 +66,7 @@ class TEXPOINTS {
   }
   // A changed point: the index follows it at once.
   void SetPoint(std::int32_t i, const TEXPOINT& p);
-  // Free access to all points; the index is rebuilt on the next Add.
+  // Free access to all points; the indexes are rebuilt by the next search.
   std::span<TEXPOINT> EditAll();
   std::span<const TEXPOINT> points() const { return {points_.data(), static_cast<std::size_t>(count_)}; }
 
@@ -70,21 +75,53 @@ class TEXPOINTS {
   // Points up to number n - 1 in the vector; above the highest number ever
   // reached the table holds zeros, which need no memory.
   void Reach(std::int32_t n);
-  static constexpr int kCellShift = 4;  // cells of 16 units on each axis
   static constexpr std::int32_t kIndexedTolerance = 64;
 
-  static std::uint64_t CellKey(std::uint32_t cx, std::uint32_t cy, std::uint32_t cz);
-  static std::uint64_t CellOf(const TEXPOINT& p);
+  // Two indexes, each built by the first search that needs it and kept up to
+  // date from then on: most tables are searched only for exact matches.
+  std::int32_t FindExact(std::int32_t x, std::int32_t y, std::int32_t z);
   std::int32_t FindByIndex(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance);
   void Unindex(std::int32_t i);
-  void Reindex();
   void Index(std::int32_t i);
 
-  // The cells: an open-addressed table whose slots hold the first point of a
-  // cell (its key is that point's cell); the cell's other points follow it
-  // through next_ by rising number.
+  // The exact index: an open-addressed table of points by their coordinates,
+  // the lowest number of equal points in each slot, so that a search costs
+  // one slot read in the common case.
+  struct ExactSlot {
+    std::int32_t x = 0, y = 0, z = 0;
+    std::int32_t point = -1;  // kFree, kGone or a point number
+  };
+  // The last answers of exact searches, by a hash of the place: the corners of
+  // the polygons that a clipper emits one after the other are mostly the same
+  // points. An answer stays true while points are only added; an answer of
+  // none only while the table is full.
+  static constexpr std::size_t kRecent = 64;
+  std::array<ExactSlot, kRecent> recent_{};
+  bool recentValid_ = false;
+  static std::size_t RecentOf(std::int32_t x, std::int32_t z);
+  static std::size_t ExactHash(std::int32_t x, std::int32_t y, std::int32_t z, int shift);
+  // A bit per point's place in a table of 8 bits a slot, set by every point
+  // indexed since the last build: a search for a point that isn't there, as
+  // in a full tile table, mostly ends in this table, which stays in the cache.
+  std::size_t ExactFilterBit(std::int32_t x, std::int32_t y, std::int32_t z) const;
+  bool MayHold(std::int32_t x, std::int32_t y, std::int32_t z) const {
+    std::size_t bit = ExactFilterBit(x, y, z);
+    return exactFilter_[bit / 64] >> (bit % 64) & 1;
+  }
+  std::size_t ExactSlotOf(std::int32_t x, std::int32_t y, std::int32_t z) const;  // its slot or the size
+  void BuildExact();
+  void InsertExact(std::int32_t i);
+  void UnindexExact(std::int32_t i);
+
+  // The cell index (searches within a tolerance): an open-addressed table
+  // whose slots hold the first point of a cell of 16 units on each axis (its
+  // key is that point's cell); the cell's other points follow it through
+  // next_ by rising number.
+  static constexpr int kCellShift = 4;
+  static std::uint64_t CellKey(std::uint32_t cx, std::uint32_t cy, std::uint32_t cz);
+  static std::uint64_t CellOf(const TEXPOINT& p);
   static constexpr std::int32_t kFree = -1;
-  static constexpr std::int32_t kGone = -2;  // a cell emptied: the probe goes on past it
+  static constexpr std::int32_t kGone = -2;  // a slot emptied: the probe goes on past it
   struct CellSlot {
     std::int32_t head = kFree;
   };
@@ -95,18 +132,28 @@ class TEXPOINTS {
   std::size_t FilterBit(std::uint64_t key) const;
   std::size_t Home(std::uint64_t key) const;
   std::size_t FindSlot(std::uint64_t key) const;  // the slot of the cell, or the size for none
-  void GrowSlots();
+  void BuildCells();
+  void InsertCell(std::int32_t i);
+
   RunContext* context_ = nullptr;
   bool fullSaid_ = false;  // this table's refusal went to the run's once-only report
   std::int32_t count_ = 0;
   std::int32_t capacity_ = 0;
   std::vector<TEXPOINT> points_;
+
+  bool exactBuilt_ = false;
+  std::vector<ExactSlot> exact_;
+  std::vector<std::uint64_t> exactFilter_;
+  int exactShift_ = 64;          // 64 less the bits of a slot number
+  std::size_t exactTaken_ = 0;   // points and gone slots
+  std::int32_t exactTwins_ = 0;  // points equal to a lower-numbered one
+
+  bool cellsBuilt_ = false;
   std::vector<CellSlot> slots_;
   std::vector<std::uint64_t> filter_;
-  int slotShift_ = 64;          // 64 less the bits of a slot number
+  int slotShift_ = 64;
   std::size_t slotsTaken_ = 0;  // cells and gone cells
   std::vector<std::int32_t> next_;
-  bool stale_ = false;
 };
 
 // True when each coordinate differs by at most tolerance, the differences taken
@@ -151,6 +198,11 @@ class TEXTURE {
   std::int32_t attr = 0;
   std::array<TexVertex, kMaxVerts> verts{};
 };
+
+// Whether a ring of n corners runs against the clock in plan, as
+// TEXTURE::IsReversed says: xs and zs hold the n corners and then the first
+// two again.
+bool RingIsReversed(std::span<const std::int32_t> xs, std::span<const std::int32_t> zs);
 
 // Polygons of one tile and layer; read back with the one added last first.
 class TextureList {

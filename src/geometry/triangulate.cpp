@@ -182,19 +182,24 @@ std::int32_t TEXTURE::VertexTurn(const TEXPOINTS& points, std::int32_t i) const 
 bool TEXTURE::IsReversed(const TEXPOINTS& points) const {
   if (count < 3) return false;
   std::int32_t n = count < kMaxVerts ? count : kMaxVerts;
-  constexpr double kClearTurn = 0.0076;  // sin^2 of a little over 5 degrees
-  constexpr std::int32_t kUnknown = INT32_MIN;
   // plain arrays, not TEXPOINTs, which would be cleared all 256 first
-  // the first two corners again at the end, so corner i + 2 needs no wrap
   std::array<std::int32_t, kMaxVerts + 2> xs, zs;
-  std::array<std::int32_t, kMaxVerts> bearings;
   for (std::int32_t k = 0; k < n + 2; ++k) {
     std::int32_t from = k < n ? k : k - n;
     TEXPOINT p = PointAt(points, WrapSub(verts[static_cast<std::size_t>(from)].point, points.base));
     xs[static_cast<std::size_t>(k)] = p.x;
     zs[static_cast<std::size_t>(k)] = p.z;
-    if (k < n) bearings[static_cast<std::size_t>(k)] = kUnknown;
   }
+  return RingIsReversed(std::span(xs).first(static_cast<std::size_t>(n) + 2),
+                        std::span(zs).first(static_cast<std::size_t>(n) + 2));
+}
+
+bool RingIsReversed(std::span<const std::int32_t> xs, std::span<const std::int32_t> zs) {
+  auto n = static_cast<std::int32_t>(xs.size()) - 2;
+  constexpr double kClearTurn = 0.0076;  // sin^2 of a little over 5 degrees
+  constexpr std::int32_t kUnknown = INT32_MIN;
+  std::array<std::int32_t, TEXTURE::kMaxVerts> bearings;
+  std::fill_n(bearings.begin(), n, kUnknown);
   auto x = [&](std::int32_t k) { return xs[static_cast<std::size_t>(k)]; };
   auto z = [&](std::int32_t k) { return zs[static_cast<std::size_t>(k)]; };
   auto bearing = [&](std::int32_t k) {

@@ -1,6 +1,7 @@
 #include "tms/tile_grid.h"
 
 #include <algorithm>
+#include <array>
 
 #include "frame/int32_math.h"
 #include "geometry/planar.h"
@@ -177,9 +178,23 @@ void TileGrid::Emit(std::int32_t layer, std::span<const ClipPoint> corners, std:
   TEXPOINTS& points = tile.points[static_cast<std::size_t>(layer)];
   TEXTURE& texture = emitted_;  // reused: a fresh one would clear all its 256 vertices for 2 to 4
   texture.SetFlat(static_cast<std::int32_t>(corners.size()), attr);
-  for (std::size_t i = 0; i < corners.size(); ++i) texture.verts[i].point = points.Add(corners[i].x, 0, corners[i].z, 0);
+  for (const ClipPoint& c : corners) points.Prefetch(c.x, 0, c.z);
+  // the ring as the table holds it: a corner is its point, but for the point
+  // 0 that a full table gives for every new one
+  std::array<std::int32_t, TEXTURE::kMaxVerts + 2> xs, zs;
+  std::size_t ring = std::min<std::size_t>(corners.size(), TEXTURE::kMaxVerts);
+  for (std::size_t i = 0; i < ring; ++i) {
+    std::int32_t point = points.Add(corners[i].x, 0, corners[i].z, 0);
+    texture.verts[i].point = point;
+    ClipPoint held = point == 0 ? ClipPoint{points[0].x, points[0].z} : corners[i];
+    xs[i] = held.x;
+    zs[i] = held.z;
+  }
   // every polygon is stored clockwise in plan; a line keeps its ends in order
-  if (corners.size() >= 3 && texture.IsReversed(points)) texture.Reverse();
+  if (ring >= 3) {
+    xs[ring] = xs[0], zs[ring] = zs[0], xs[ring + 1] = xs[1], zs[ring + 1] = zs[1];
+    if (RingIsReversed(std::span(xs).first(ring + 2), std::span(zs).first(ring + 2))) texture.Reverse();
+  }
   tile.polygons[static_cast<std::size_t>(layer)].Add(texture);
 }
 
