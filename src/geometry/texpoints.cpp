@@ -112,26 +112,22 @@ void TEXPOINTS::Unindex(std::int32_t i) {
   }
 }
 
-std::size_t TEXPOINTS::ExactHash(std::int32_t x, std::int32_t y, std::int32_t z, int shift) {
-  std::uint64_t key = (static_cast<std::uint64_t>(static_cast<std::uint32_t>(x) >> 10) << 32 | (static_cast<std::uint32_t>(z) >> 10)) ^
-                      static_cast<std::uint64_t>(static_cast<std::uint32_t>(y)) * 0xC2B2AE3D27D4EB4Full;
-  std::uint32_t fine = (static_cast<std::uint32_t>(x) * 0x9E3779B1u ^ static_cast<std::uint32_t>(z) * 0x85EBCA77u) >> 28;
-  return static_cast<std::size_t>((key * 0x9E3779B97F4A7C15ull) >> shift) + fine;
-}
-
-std::size_t TEXPOINTS::ExactFilterBit(std::int32_t x, std::int32_t y, std::int32_t z) const {
+TEXPOINTS::ExactKey TEXPOINTS::KeyOf(std::int32_t x, std::int32_t y, std::int32_t z) {
   std::uint64_t key = (static_cast<std::uint64_t>(static_cast<std::uint32_t>(x)) << 32 | static_cast<std::uint32_t>(z)) ^
                       static_cast<std::uint64_t>(static_cast<std::uint32_t>(y)) * 0xC2B2AE3D27D4EB4Full;
-  return static_cast<std::size_t>((key * 0xD6E8FEB86659FD93ull) >> (exactShift_ - 3));
+  // the high bits of a product mix every bit of the key; two products, two hashes
+  return {key * 0x9E3779B97F4A7C15ull, static_cast<std::uint32_t>((key * 0xD6E8FEB86659FD93ull) >> 32)};
 }
 
-std::size_t TEXPOINTS::ExactSlotOf(std::int32_t x, std::int32_t y, std::int32_t z) const {
-  if (!MayHold(x, y, z)) return exact_.size();
+std::size_t TEXPOINTS::ExactSlotOf(const ExactKey& key, const TEXPOINT& p) const {
+  std::size_t bit = FilterBitOf(key);
+  if (!(exactFilter_[bit / 64] >> (bit % 64) & 1)) return exact_.size();
   std::size_t mask = exact_.size() - 1;
-  for (std::size_t at = ExactHash(x, y, z, exactShift_) & mask;; at = (at + 1) & mask) {
+  for (std::size_t at = bit >> 3;; at = (at + 1) & mask) {
     const ExactSlot& slot = exact_[at];
     if (slot.point == kFree) return exact_.size();
-    if (slot.point >= 0 && slot.x == x && slot.z == z && slot.y == y) return at;
+    if (slot.point >= 0 && slot.tag == key.tag && points_[static_cast<std::size_t>(slot.point)].Equals(p.x, p.y, p.z))
+      return at;
   }
 }
 
@@ -159,19 +155,20 @@ void TEXPOINTS::InsertExact(std::int32_t i) {
     return;
   }
   const TEXPOINT& p = points_[static_cast<std::size_t>(i)];
-  bool fresh = !MayHold(p.x, p.y, p.z);  // no equal point to look for: the first free slot takes it
-  std::size_t bit = ExactFilterBit(p.x, p.y, p.z);
+  ExactKey key = KeyOf(p.x, p.y, p.z);
+  std::size_t bit = FilterBitOf(key);
+  bool fresh = !MayHold(key);  // no equal point to look for: the first free slot takes it
   exactFilter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
   std::size_t mask = exact_.size() - 1;
   std::size_t gone = exact_.size();
-  std::size_t at = ExactHash(p.x, p.y, p.z, exactShift_) & mask;
+  std::size_t at = bit >> 3;
   for (;; at = (at + 1) & mask) {
     ExactSlot& slot = exact_[at];
     if (slot.point == kFree) break;
     if (slot.point == kGone) {
       if (gone == exact_.size()) gone = at;
       if (fresh) break;
-    } else if (slot.x == p.x && slot.z == p.z && slot.y == p.y) {
+    } else if (!fresh && slot.tag == key.tag && points_[static_cast<std::size_t>(slot.point)].Equals(p.x, p.y, p.z)) {
       slot.point = std::min(slot.point, i);
       ++exactTwins_;
       return;
@@ -182,13 +179,14 @@ void TEXPOINTS::InsertExact(std::int32_t i) {
   } else {
     ++exactTaken_;
   }
-  exact_[at] = {p.x, p.y, p.z, i};
+  exact_[at] = {i, key.tag};
 }
 
+// Before the point changes: its slot is found by what it holds now.
 void TEXPOINTS::UnindexExact(std::int32_t i) {
   recentValid_ = false;
   const TEXPOINT& p = points_[static_cast<std::size_t>(i)];
-  std::size_t at = ExactSlotOf(p.x, p.y, p.z);
+  std::size_t at = ExactSlotOf(KeyOf(p.x, p.y, p.z), p);
   if (at == exact_.size()) return;
   ExactSlot& slot = exact_[at];
   if (slot.point != i) {
@@ -215,16 +213,16 @@ std::size_t TEXPOINTS::RecentOf(std::int32_t x, std::int32_t z) {
 std::int32_t TEXPOINTS::FindExact(std::int32_t x, std::int32_t y, std::int32_t z) {
   if (!exactBuilt_) BuildExact();
   if (!recentValid_) {
-    recent_.fill(ExactSlot{});
+    recent_.fill(RecentAnswer{});
     recentValid_ = true;
   }
-  ExactSlot& recent = recent_[RecentOf(x, z)];
-  if (recent.point != kFree && recent.x == x && recent.z == z && recent.y == y) return std::max(recent.point, -1);
-  std::size_t at = ExactSlotOf(x, y, z);
+  RecentAnswer& recent = recent_[RecentOf(x, z)];
+  if (recent.point != kFree && recent.p.Equals(x, y, z)) return std::max(recent.point, -1);
+  TEXPOINT p{x, y, z};
+  std::size_t at = ExactSlotOf(KeyOf(x, y, z), p);
   std::int32_t found = at == exact_.size() ? -1 : exact_[at].point;
   // a point not found is added next under the count, unless the table is full
-  std::int32_t answer = found >= 0 ? found : count_ < capacity_ ? count_ : kGone;
-  recent = {x, y, z, answer};
+  recent = {p, found >= 0 ? found : count_ < capacity_ ? count_ : kGone};
   return found;
 }
 

@@ -46,11 +46,6 @@ class TEXPOINTS {
   // report (once a run) when the table is full.
   std::int32_t Add(std::int32_t x, std::int32_t y, std::int32_t z, std::int32_t tolerance,
                    std::int32_t* counts = nullptr);
-  // Asks the memory for the place an exact Add of (x, y, z) looks at first, so
-  // that the Adds of a polygon's corners wait for the memory once, not once each.
-  void Prefetch(std::int32_t x, std::int32_t y, std::int32_t z) const {
-    if (exactBuilt_) __builtin_prefetch(&exact_[ExactHash(x, y, z, exactShift_) & (exact_.size() - 1)]);
-  }
 
   std::int32_t base = 0;
   // The plain walk from point 0 that the index must agree with; -1 for no match.
@@ -84,34 +79,41 @@ class TEXPOINTS {
   void Unindex(std::int32_t i);
   void Index(std::int32_t i);
 
-  // The exact index: an open-addressed table of points by their coordinates,
-  // the lowest number of equal points in each slot, so that a search costs
-  // one slot read in the common case.
+  // The exact index: an open-addressed table of point numbers, each with a
+  // tag of its coordinates' hash, the lowest number of equal points in each
+  // slot; a slot is 8 bytes, so that a full tile's index stays in the cache.
+  // A bit table of 8 bits a slot stands in front of it: a search for a point
+  // that isn't there, as in a full tile table, mostly ends in the bit table.
   struct ExactSlot {
-    std::int32_t x = 0, y = 0, z = 0;
     std::int32_t point = -1;  // kFree, kGone or a point number
+    std::uint32_t tag = 0;
   };
+  struct ExactKey {
+    std::uint64_t hash;  // its high bits give the filter bit, and the home slot above them
+    std::uint32_t tag;
+  };
+  static ExactKey KeyOf(std::int32_t x, std::int32_t y, std::int32_t z);
+  std::size_t FilterBitOf(const ExactKey& key) const { return static_cast<std::size_t>(key.hash >> (exactShift_ - 3)); }
+  bool MayHold(const ExactKey& key) const {
+    std::size_t bit = FilterBitOf(key);
+    return exactFilter_[bit / 64] >> (bit % 64) & 1;
+  }
+  std::size_t ExactSlotOf(const ExactKey& key, const TEXPOINT& p) const;  // its slot or the size
+  void BuildExact();
+  void InsertExact(std::int32_t i);
+  void UnindexExact(std::int32_t i);
   // The last answers of exact searches, by a hash of the place: the corners of
   // the polygons that a clipper emits one after the other are mostly the same
   // points. An answer stays true while points are only added; an answer of
   // none only while the table is full.
+  struct RecentAnswer {
+    TEXPOINT p;
+    std::int32_t point = -1;  // kFree: no answer; kGone: none
+  };
   static constexpr std::size_t kRecent = 64;
-  std::array<ExactSlot, kRecent> recent_{};
+  std::array<RecentAnswer, kRecent> recent_{};
   bool recentValid_ = false;
   static std::size_t RecentOf(std::int32_t x, std::int32_t z);
-  static std::size_t ExactHash(std::int32_t x, std::int32_t y, std::int32_t z, int shift);
-  // A bit per point's place in a table of 8 bits a slot, set by every point
-  // indexed since the last build: a search for a point that isn't there, as
-  // in a full tile table, mostly ends in this table, which stays in the cache.
-  std::size_t ExactFilterBit(std::int32_t x, std::int32_t y, std::int32_t z) const;
-  bool MayHold(std::int32_t x, std::int32_t y, std::int32_t z) const {
-    std::size_t bit = ExactFilterBit(x, y, z);
-    return exactFilter_[bit / 64] >> (bit % 64) & 1;
-  }
-  std::size_t ExactSlotOf(std::int32_t x, std::int32_t y, std::int32_t z) const;  // its slot or the size
-  void BuildExact();
-  void InsertExact(std::int32_t i);
-  void UnindexExact(std::int32_t i);
 
   // The cell index (searches within a tolerance): an open-addressed table
   // whose slots hold the first point of a cell of 16 units on each axis (its

@@ -178,7 +178,6 @@ void TileGrid::Emit(std::int32_t layer, std::span<const ClipPoint> corners, std:
   TEXPOINTS& points = tile.points[static_cast<std::size_t>(layer)];
   TEXTURE& texture = emitted_;  // reused: a fresh one would clear all its 256 vertices for 2 to 4
   texture.SetFlat(static_cast<std::int32_t>(corners.size()), attr);
-  for (const ClipPoint& c : corners) points.Prefetch(c.x, 0, c.z);
   // the ring as the table holds it: a corner is its point, but for the point
   // 0 that a full table gives for every new one
   std::array<std::int32_t, TEXTURE::kMaxVerts + 2> xs, zs;
