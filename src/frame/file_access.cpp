@@ -28,6 +28,14 @@ std::FILE* Stream::release() {
   return file;
 }
 
+bool Stream::Flush() {
+  if (!file_) return false;
+  errno = 0;
+  if (std::fflush(file_) == 0 && !std::ferror(file_)) return true;
+  error_ = errno != 0 ? std::strerror(errno) : "Input/output error";
+  return false;
+}
+
 bool Stream::Close() {
   if (!file_) return false;
   std::FILE* file = release();
@@ -60,8 +68,9 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
 namespace {
 
 // The part beside 'name' ('part' stays empty for a device, written straight).
-Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::string_view mode) {
+Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, bool& unnamed, std::string_view mode) {
   part.clear();
+  unnamed = false;
   platform::PathKind kind = platform::KindOf(name);
   if (kind == platform::PathKind::kDevice) return WrapFileOpen(ctx, name, mode);
   // what an open of the name itself would refuse (a folder, a FIFO, a read-only
@@ -70,6 +79,13 @@ Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, std::
   if (kind == platform::PathKind::kRegular && !platform::Writable(name)) {
     ctx.Report(">INFO: WrapFileOpen(%s, [%d%ld] %s) failed", name, 0, 0, mode);
     return {};
+  }
+  // a new file has nothing to protect but itself from being seen half made:
+  // it is written without a name and named at the end, which costs no rename
+  if (kind == platform::PathKind::kMissing) {
+    Stream stream(platform::OpenUnnamedBeside(name));
+    unnamed = static_cast<bool>(stream);
+    if (stream) return stream;
   }
   std::string beside = platform::PartNameBeside(name);
   Stream stream(platform::OpenFile(beside, "wb"));
@@ -87,13 +103,21 @@ bool OutputFile::Open(RunContext& ctx, std::string_view name, std::string_view m
   Drop();
   name = SkipBlanks(name);
   name_ = name;
-  stream_ = OpenPart(ctx, name, part_, mode);
+  stream_ = OpenPart(ctx, name, part_, unnamed_, mode);
   return static_cast<bool>(stream_);
 }
 
 std::string OutputFile::Commit() {
   std::string failure;
-  if (!stream_.Close()) {
+  if (unnamed_) {
+    // named once every byte is out, so that a file of that name is whole
+    failure = stream_.Flush() ? platform::NameUnnamed(stream_.get(), name_) : stream_.error();
+    if (!stream_.Close() && failure.empty()) {
+      failure = stream_.error();
+      platform::RemoveFile(name_);
+    }
+    unnamed_ = false;
+  } else if (!stream_.Close()) {
     failure = stream_.error();
   } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
     failure = "the new file cannot take the old one's place";
@@ -104,7 +128,8 @@ std::string OutputFile::Commit() {
 }
 
 void OutputFile::Drop() {
-  if (stream_) std::fclose(stream_.release());
+  if (stream_) std::fclose(stream_.release());  // an unnamed file goes with its stream
+  unnamed_ = false;
   if (!part_.empty()) platform::RemoveFile(part_);
   part_.clear();
 }

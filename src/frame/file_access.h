@@ -30,6 +30,9 @@ class Stream {
   // False for a closed stream, a write that failed on the way, or a failed close;
   // the system's reason is then in error().
   bool Close();
+  // Every byte written so far handed to the system: false, with the reason in
+  // error(), when a write failed.
+  bool Flush();
   const std::string& error() const { return error_; }
 
  private:
@@ -69,7 +72,8 @@ class OutputFile {
  private:
   Stream stream_;
   std::string name_;
-  std::string part_;  // empty while writing straight to the final name (a device)
+  std::string part_;     // empty while writing straight to the final name (a device)
+  bool unnamed_ = false;  // a new file, named only once it is whole
 };
 // The output of a command that reads 'source': refused, in the command's words,
 // when it is the source itself (false: the command does nothing); otherwise

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <cstring>
 #include <chrono>
 #include <filesystem>
 #include <mutex>
@@ -373,6 +374,36 @@ std::string PartNameBeside(std::string_view path) {
   int pid = static_cast<int>(::getpid());
 #endif
   return std::string(path) + "." + std::to_string(pid) + ".part";
+}
+
+std::FILE* OpenUnnamedBeside(std::string_view path) {
+#if defined(O_TMPFILE)
+  std::string native = NativePath(path);
+  std::size_t slash = native.find_last_of('/');
+  std::string folder = slash == std::string::npos ? std::string(".") : native.substr(0, slash == 0 ? 1 : slash);
+  int fd = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+  if (fd < 0) return nullptr;
+  std::FILE* f = ::fdopen(fd, "wb");
+  if (!f) ::close(fd);
+  return f;
+#else
+  (void)path;
+  return nullptr;
+#endif
+}
+
+std::string NameUnnamed(std::FILE* f, std::string_view path) {
+#if defined(O_TMPFILE)
+  std::string native = NativePath(path);
+  std::string self = "/proc/self/fd/" + std::to_string(::fileno(f));
+  if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, native.c_str(), AT_SYMLINK_FOLLOW) != 0) return std::strerror(errno);
+  FolderNames::Shared().Added(native);
+  return {};
+#else
+  (void)f;
+  (void)path;
+  return "Function not implemented";
+#endif
 }
 
 bool FileLock::Acquire(std::string_view path, int waitMs) {
