@@ -91,11 +91,18 @@ bool OutputFile::Open(RunContext& ctx, std::string_view name, std::string_view m
   return static_cast<bool>(stream_);
 }
 
+bool OutputFile::OpenTemporary(RunContext& ctx, std::string_view temporary, std::string_view mode) {
+  Drop();
+  name_ = SkipBlanks(temporary);
+  stream_ = WrapFileOpen(ctx, name_, mode);
+  return static_cast<bool>(stream_);
+}
+
 std::string OutputFile::Commit() {
   std::string failure;
   if (!stream_.Close()) {
     failure = stream_.error();
-  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
+  } else if (!part_.empty() && !PutInPlace(part_, name_)) {
     failure = "the new file cannot take the old one's place";
   }
   if (!failure.empty() && !part_.empty()) platform::RemoveFile(part_);
@@ -108,6 +115,8 @@ void OutputFile::Drop() {
   if (!part_.empty()) platform::RemoveFile(part_);
   part_.clear();
 }
+
+bool PutInPlace(std::string_view part, std::string_view name) { return platform::MoveFile(part, name); }
 
 bool OutputFile::Finish(RunContext& ctx, bool ok, std::string_view command) {
   if (!stream_) return false;
@@ -168,8 +177,6 @@ int DeleteFiles(std::string_view pattern) {
   finder.Close();
   return 0;
 }
-
-int ShellMove(std::string_view from, std::string_view to) { return platform::MoveFile(from, to) ? 0 : 1; }
 
 int ReadByte(std::FILE* stream) { return stream ? std::getc(stream) : EOF; }
 
