@@ -27,9 +27,9 @@ TEST_F(TmsJobTest, LoneLinksUpTo500FeetAreDropped) {
   EXPECT_EQ(job.Edge(0).type, kShortLink);  // exactly 128000 units
   EXPECT_EQ(job.Edge(1).type, kTaxiway);
   EXPECT_EQ(job.Edge(2).type, kTaxiway);  // point 5 is a way through
-  EXPECT_EQ(job.Mark(5), 2);
-  EXPECT_EQ(job.Mark(7), 2);  // the last edge has no flags stored: all of them, so it is paved
-  EXPECT_EQ(job.Mark(12000), 0);
+  EXPECT_EQ(job.marks.Of(5), 2);
+  EXPECT_EQ(job.marks.Of(7), 2);  // the last edge has no flags stored: all of them, so it is paved
+  EXPECT_EQ(job.marks.Of(12000), 0);
   EXPECT_EQ(job.network.points[1].x, 128000);
   EXPECT_EQ(job.Edge(0).width, 75 * 256);
 }
