@@ -139,6 +139,13 @@ int BgrFile::GetByte() {
 }
 
 bool BgrFile::ReadBytes(void* out, std::size_t n) {
+  // a value inside the window is copied at once: byte by byte, each byte went
+  // through memory twice, which made the load of a network a fifth slower
+  if (n <= windowLen_ - windowPos_) {
+    std::memcpy(out, window_.data() + windowPos_, n);
+    windowPos_ += n;
+    return true;
+  }
   auto* bytes = static_cast<unsigned char*>(out);
   for (std::size_t i = 0; i < n; ++i) {
     int c = GetByte();
