@@ -240,10 +240,7 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-class EditCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(EditCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, EditCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(EditCli, Cases());
 
 }  // namespace
 }  // namespace bgrtest

@@ -15,8 +15,7 @@ using bgrtest::BgrBuilder;
 
 class TaxiwayListTest : public ::testing::Test {
  protected:
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in{dir.path()};
+  bgrtest::CurrentTempDir dir;
   bgrtest::TestRun run;
   TaxiwayList list{run.ctx};
 };

@@ -23,8 +23,7 @@ TEST(ReportFormat, EachConversionShowsItsOwnValue) {
 }
 
 TEST(FileAccess, DeleteFilesUsesThePatternsFolder) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
+  bgrtest::CurrentTempDir dir;
   dir.Write("X/a.tmp", "1");
   dir.Write("X/b.TMP", "2");
   dir.Write("X/c.txt", "3");
