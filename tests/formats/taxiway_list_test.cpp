@@ -42,18 +42,6 @@ TEST_F(TaxiwayListTest, LoadSaysWhereADamagedNetworkStops) {
                                         "; what follows is not read\n");
 }
 
-TEST_F(TaxiwayListTest, SaveThatCannotOpenItsFileFailsAndWritesNothing) {
-  list.points.Add(0, 0, 0, -1);
-  list.points.Add(100, 0, 0, -1);
-  list.edges[0] = TaxiwayEdge{0, 1, 50, 1, 0};
-  list.edgeCount = 1;
-  EXPECT_EQ(list.Save("no-such-folder/A.BGR"), 0);
-  BgrFile file;
-  EXPECT_FALSE(file.OpenReplace(run.ctx, "no-such-folder/B.BGR"));
-  EXPECT_FALSE(file.Close());  // the open failed: nothing reached the disk
-  EXPECT_FALSE(dir.Exists("no-such-folder"));
-}
-
 TEST(WidthCode, EncodesWithClampAndDecodesTowardZero) {
   EXPECT_EQ(EncodeWidth(10), 16904);
   EXPECT_EQ(EncodeWidth(1000), 18120);
