@@ -94,7 +94,7 @@ inline void WriteCompactNetwork(Run& run, Reader& in, const std::string& path) {
   double scale = (head & 3) == 3 ? 65536.0 : (head & 3) == 2 ? 64.0 : (head & 3) == 1 ? 8.0 : 1.0;
   int points = in.Byte() % 48, edges = in.Byte() % 64;
   bgr::BgrFile file;
-  file.OpenWrite(run.ctx, path);
+  file.OpenReplace(run.ctx, path);
   file.WriteOrigin({in.Short() / 100.0, in.Short() / 100.0, 0});
   for (int i = 0; i < points; ++i) {
     double x = in.Short() * scale, z = in.Short() * scale;

@@ -47,12 +47,14 @@ class BgrFile {
   // A file still being written under its part name is dropped.
   ~BgrFile() { Abandon(); }
 
-  bool IsOpen() const { return stream_ || replacing_; }
+  bool IsOpen() const { return stream_ || output_; }
   bool OpenRead(RunContext& ctx, std::string_view name);
-  bool OpenWrite(RunContext& ctx, std::string_view name);
   // Writes through an OutputFile; Close puts the file in place, so that until
   // then, and after any failure, the old file stays whole.
   bool OpenReplace(RunContext& ctx, std::string_view name);
+  // Writes the fixed temporary file of an in-place edit (OutputFile::OpenTemporary):
+  // Close checks it and leaves it where it is, for the edit to put in place.
+  bool OpenTemporary(RunContext& ctx, std::string_view name);
   // Reads an open stream from its start, as OpenRead reads a file.
   bool AttachRead(RunContext& ctx, Stream stream, std::string_view name);
   // False, with an error line in the report, when a written file didn't reach
@@ -100,7 +102,8 @@ class BgrFile {
   int GetByte();
   bool Refill();
   // The stream read or written, whichever is open.
-  std::FILE* file() const { return replacing_ ? replacing_.get() : stream_.get(); }
+  std::FILE* file() const { return output_ ? output_.get() : stream_.get(); }
+  bool OpenOutput(RunContext& ctx, std::string_view name, bool temporary);
   void ResetWindow(long start);
   void Drop();
 
@@ -108,7 +111,7 @@ class BgrFile {
   RunContext* context_ = nullptr;
   std::string name_;
   Stream stream_;
-  OutputFile replacing_;
+  OutputFile output_;
   std::vector<unsigned char> window_;
   struct Free {
     void operator()(unsigned char* p) const { std::free(p); }

@@ -29,7 +29,7 @@ bool TempEdit::OpenTemp(BgrFile& temp, std::initializer_list<std::string_view> i
       return false;
     }
   }
-  if (temp.OpenWrite(ctx_, kTempBgr)) return true;
+  if (temp.OpenTemporary(ctx_, kTempBgr)) return true;
   ctx_.Report(command_ + " temp file '%s' not found", kTempBgr);
   return false;
 }
@@ -39,7 +39,7 @@ bool TempEdit::Finish(bool ok, std::string_view target) {
   bool replaced = false;
   if (!ok) {
     DeleteFiles(kTempBgr);
-  } else if (ShellMove(kTempBgr, target) == 0) {
+  } else if (PutInPlace(kTempBgr, target)) {
     replaced = true;
   } else {
     // the move replaces the target in one step, so there is no moment without

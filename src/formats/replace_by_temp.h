@@ -1,5 +1,6 @@
 // The commands that change a BGR file in place write _TEMP_.BGR in the current
-// folder and then put it in the target's place.
+// folder and then put it in the target's place: the one write path of
+// frame/file_access.h (OutputFile, PutInPlace) under a fixed temporary name.
 #pragma once
 
 #include <initializer_list>

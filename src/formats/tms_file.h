@@ -16,7 +16,6 @@ enum class TmsState : std::int32_t { kNone = 0, kTile = 1, kPave = 2, kEdmk = 3,
 
 class TmsFile {
  public:
-  bool OpenWrite(RunContext& ctx, std::string_view name) { return file.OpenWrite(ctx, name); }
   bool OpenReplace(RunContext& ctx, std::string_view name) { return file.OpenReplace(ctx, name); }
   bool OpenRead(RunContext& ctx, std::string_view name) { return file.OpenRead(ctx, name); }
   [[nodiscard]] bool Close();

@@ -68,10 +68,12 @@ Stream WrapFileOpen(RunContext& ctx, std::string_view name, std::string_view mod
 namespace {
 
 // The part beside 'name' ('part' stays empty for a device, written straight).
-Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, bool& unnamed, std::string_view mode) {
+Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, bool& unnamed, platform::FoundPath& target,
+               std::string_view mode) {
   part.clear();
   unnamed = false;
-  platform::PathKind kind = platform::KindOf(name);
+  target = platform::FindPath(name);
+  platform::PathKind kind = target.kind;
   if (kind == platform::PathKind::kDevice) return WrapFileOpen(ctx, name, mode);
   // what an open of the name itself would refuse (a folder, a FIFO, a read-only
   // file) is refused now, in the open's own words, before any work is done
@@ -83,7 +85,7 @@ Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, bool&
   // a new file has nothing to protect but itself from being seen half made:
   // it is written without a name and named at the end, which costs no rename
   if (kind == platform::PathKind::kMissing) {
-    Stream stream(platform::OpenUnnamedBeside(name));
+    Stream stream(platform::OpenUnnamedBeside(target));
     unnamed = static_cast<bool>(stream);
     if (stream) return stream;
   }
@@ -103,7 +105,14 @@ bool OutputFile::Open(RunContext& ctx, std::string_view name, std::string_view m
   Drop();
   name = SkipBlanks(name);
   name_ = name;
-  stream_ = OpenPart(ctx, name, part_, unnamed_, mode);
+  stream_ = OpenPart(ctx, name, part_, unnamed_, target_, mode);
+  return static_cast<bool>(stream_);
+}
+
+bool OutputFile::OpenTemporary(RunContext& ctx, std::string_view temporary, std::string_view mode) {
+  Drop();
+  name_ = SkipBlanks(temporary);
+  stream_ = WrapFileOpen(ctx, name_, mode);
   return static_cast<bool>(stream_);
 }
 
@@ -111,15 +120,15 @@ std::string OutputFile::Commit() {
   std::string failure;
   if (unnamed_) {
     // named once every byte is out, so that a file of that name is whole
-    failure = stream_.Flush() ? platform::NameUnnamed(stream_.get(), name_) : stream_.error();
+    failure = stream_.Flush() ? platform::NameUnnamed(stream_.get(), target_) : stream_.error();
     if (!stream_.Close() && failure.empty()) {
       failure = stream_.error();
-      platform::RemoveFile(name_);
+      platform::RemoveFile(target_.native);
     }
     unnamed_ = false;
   } else if (!stream_.Close()) {
     failure = stream_.error();
-  } else if (!part_.empty() && !platform::MoveFile(part_, name_)) {
+  } else if (!part_.empty() && !PutInPlace(part_, name_)) {
     failure = "the new file cannot take the old one's place";
   }
   if (!failure.empty() && !part_.empty()) platform::RemoveFile(part_);
@@ -133,6 +142,8 @@ void OutputFile::Drop() {
   if (!part_.empty()) platform::RemoveFile(part_);
   part_.clear();
 }
+
+bool PutInPlace(std::string_view part, std::string_view name) { return platform::MoveFile(part, name); }
 
 bool OutputFile::Finish(RunContext& ctx, bool ok, std::string_view command) {
   if (!stream_) return false;
@@ -193,8 +204,6 @@ int DeleteFiles(std::string_view pattern) {
   finder.Close();
   return 0;
 }
-
-int ShellMove(std::string_view from, std::string_view to) { return platform::MoveFile(from, to) ? 0 : 1; }
 
 int ReadByte(std::FILE* stream) { return stream ? std::getc(stream) : EOF; }
 

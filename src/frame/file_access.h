@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/platform.h"
+
 namespace bgr {
 
 class RunContext;
@@ -57,6 +59,11 @@ class OutputFile {
   // Opens for writing; a failed open is reported as WrapFileOpen reports it,
   // under the final name, with 'mode'.
   bool Open(RunContext& ctx, std::string_view name, std::string_view mode = "wb");
+  // The temporary file of an in-place edit: written under the fixed name
+  // 'temporary', which its owner holds against other runs, and opened as
+  // WrapFileOpen opens it. Commit then only closes it, every write checked, and
+  // Drop only lets it go: the owner puts it in place (PutInPlace) or removes it.
+  bool OpenTemporary(RunContext& ctx, std::string_view temporary, std::string_view mode = "wb");
   std::FILE* get() const { return stream_.get(); }
   explicit operator bool() const { return static_cast<bool>(stream_); }
   const std::string& name() const { return name_; }
@@ -72,9 +79,13 @@ class OutputFile {
  private:
   Stream stream_;
   std::string name_;
-  std::string part_;     // empty while writing straight to the final name (a device)
+  std::string part_;      // empty while writing straight to the name (a device, a temporary)
   bool unnamed_ = false;  // a new file, named only once it is whole
+  platform::FoundPath target_;
 };
+// Puts a finished file in the place of 'name' in one step (the data reaches the
+// disk first; the mode and a link at the name are kept). True when done.
+[[nodiscard]] bool PutInPlace(std::string_view part, std::string_view name);
 // The output of a command that reads 'source': refused, in the command's words,
 // when it is the source itself (false: the command does nothing); otherwise
 // opened, a failed open said in the command's words and clearing 'ok'.
@@ -87,8 +98,6 @@ bool FileExists(RunContext& ctx, std::string_view name);
 // or ours ("it is a folder"); empty when it opens for reading.
 std::string WhyUnreadable(std::string_view name);
 int DeleteFiles(std::string_view pattern);
-// Moves a file to another name; 0 when done, as the command interpreter's move.
-int ShellMove(std::string_view from, std::string_view to);
 
 // One byte of a stream, or EOF; a null stream gives EOF.
 int ReadByte(std::FILE* stream);

@@ -23,6 +23,8 @@ enum class Mode : std::int32_t {
 };
 
 // The world cell that -ti restricts a script to; a column of -1 restricts nothing.
+// Not a RefCell: that lives in geometry with the cell arithmetic, which the
+// options may not include; the script command makes one of these numbers.
 struct CellChoice {
   std::int32_t quarter = 0;
   std::int32_t column = -1;

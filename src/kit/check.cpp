@@ -107,7 +107,7 @@ void NearRunways(TmsJob& job, const std::vector<TEXPOINT>& start, Foreseen& f) {
   }
   for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
     const TEXPOINT& p = job.network.points[q];
-    if (job.Mark(q) != 1 || !taxiwayEnd[static_cast<std::size_t>(q)] || p.x != start[static_cast<std::size_t>(q)].x ||
+    if (job.marks.Of(q) != 1 || !taxiwayEnd[static_cast<std::size_t>(q)] || p.x != start[static_cast<std::size_t>(q)].x ||
         p.z != start[static_cast<std::size_t>(q)].z)
       continue;
     for (std::int32_t s = 0; s < job.runwayList.count(); ++s) {
@@ -125,7 +125,7 @@ void NearTaxiways(TmsJob& job, Foreseen& f) {
   std::vector<char> reported(static_cast<std::size_t>(job.network.points.count()), 0);
   for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
     const TaxiwayEdge& ea = job.Edge(a);
-    if (ea.type != kTaxiway || (job.Mark(ea.start) != 1 && job.Mark(ea.end) != 1)) continue;
+    if (ea.type != kTaxiway || (job.marks.Of(ea.start) != 1 && job.marks.Of(ea.end) != 1)) continue;
     PlaneLine la;
     la.SetFromPoints(job.Point(ea.start), job.Point(ea.end));
     for (std::int32_t b = 0; b < job.EdgeCount(); ++b) {
@@ -137,7 +137,7 @@ void NearTaxiways(TmsJob& job, Foreseen& f) {
       double x, z;
       if (!la.Intersect(lb, &x, &z, 0) || !WithinEdge(x, z, lb, b0, b1, kTaxiwaySnapClearance)) continue;
       for (std::int32_t q : {ea.start, ea.end}) {
-        if (job.Mark(q) != 1 || q < 0 || q >= job.network.points.count() || reported[static_cast<std::size_t>(q)]) continue;
+        if (job.marks.Of(q) != 1 || q < 0 || q >= job.network.points.count() || reported[static_cast<std::size_t>(q)]) continue;
         double d = PointDistance(x, z, job.Point(q).x, job.Point(q).z);
         if (d <= kSnapReach || d > kNearMiss) continue;
         reported[static_cast<std::size_t>(q)] = 1;

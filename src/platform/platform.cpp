@@ -303,6 +303,11 @@ PathKind KindOfResolved(const Resolved& r) { return r.kindKnown ? r.kind : KindO
 
 PathKind KindOf(std::string_view path) { return KindOfResolved(Resolve(path)); }
 
+FoundPath FindPath(std::string_view path) {
+  Resolved resolved = Resolve(path);
+  return {resolved.native, KindOfResolved(resolved)};
+}
+
 std::FILE* OpenFile(std::string_view path, const char* mode) {
   Resolved resolved = Resolve(path);
   const std::string& native = resolved.native;
@@ -376,9 +381,10 @@ std::string PartNameBeside(std::string_view path) {
   return std::string(path) + "." + std::to_string(pid) + ".part";
 }
 
-std::FILE* OpenUnnamedBeside(std::string_view path) {
+std::FILE* OpenUnnamedBeside(const FoundPath& path) {
 #if defined(O_TMPFILE)
-  std::string native = NativePath(path);
+  const std::string& native = path.native;
+  if (native.empty()) return nullptr;
   std::size_t slash = native.find_last_of('/');
   std::string folder = slash == std::string::npos ? std::string(".") : native.substr(0, slash == 0 ? 1 : slash);
   int fd = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
@@ -392,9 +398,9 @@ std::FILE* OpenUnnamedBeside(std::string_view path) {
 #endif
 }
 
-std::string NameUnnamed(std::FILE* f, std::string_view path) {
+std::string NameUnnamed(std::FILE* f, const FoundPath& path) {
 #if defined(O_TMPFILE)
-  std::string native = NativePath(path);
+  const std::string& native = path.native;
   std::string self = "/proc/self/fd/" + std::to_string(::fileno(f));
   if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, native.c_str(), AT_SYMLINK_FOLLOW) != 0) return std::strerror(errno);
   FolderNames::Shared().Added(native);

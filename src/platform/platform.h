@@ -43,13 +43,21 @@ bool TruncateStream(std::FILE* f, std::uint64_t size);
 // A name for a new file beside 'path' in its folder, unique to this process.
 std::string PartNameBeside(std::string_view path);
 
+// A path as it was found on the disk once, for a caller that does several
+// things with it: its native spelling and what stood there.
+struct FoundPath {
+  std::string native;
+  PathKind kind = PathKind::kMissing;
+};
+FoundPath FindPath(std::string_view path);
+
 // A file with no name yet, in the folder of 'path': nothing of it is seen, nor
 // left behind by a run that stops, until NameUnnamed gives it its name. Null
 // where the system has no such files; the caller then writes a part file.
-std::FILE* OpenUnnamedBeside(std::string_view path);
+std::FILE* OpenUnnamedBeside(const FoundPath& path);
 // Gives the unnamed file 'f', its bytes flushed, the name 'path', where no file
 // may stand: empty when done, else the system's reason.
-std::string NameUnnamed(std::FILE* f, std::string_view path);
+std::string NameUnnamed(std::FILE* f, const FoundPath& path);
 
 // An exclusive lock on a file between runs: taken on the file at a path
 // (created empty when missing, never truncated by the taking), held until

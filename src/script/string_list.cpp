@@ -69,7 +69,9 @@ std::int32_t STRING_LIST::Add(std::string_view text) {
   return index;
 }
 
-std::string STRING_LIST::Get(std::int32_t index) const {
+std::string STRING_LIST::Get(std::int32_t index) const { return std::string(View(index)); }
+
+std::string_view STRING_LIST::View(std::int32_t index) const {
   if (index < 0 || index >= count()) return {};
   return entries_[static_cast<std::size_t>(index)];
 }
@@ -104,14 +106,14 @@ StringListWalk::StringListWalk(const STRING_LIST& list, std::string_view prefix)
 std::optional<std::string> StringListWalk::Next(std::int32_t* index) {
   for (;;) {
     std::int32_t position = position_++;
-    std::string text = list_.Get(position);
+    std::string_view text = list_.View(position);
     if (text.empty()) {  // the end of the list, or an empty entry that stops the walk as well
       if (index) *index = -1;
       return std::nullopt;
     }
-    if (text.compare(0, prefix_.size(), prefix_) == 0) {
+    if (text.starts_with(prefix_)) {
       if (index) *index = position;
-      return text.substr(prefix_.size());
+      return std::string(text.substr(prefix_.size()));
     }
   }
 }

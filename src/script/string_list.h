@@ -26,6 +26,8 @@ class STRING_LIST {
   std::int32_t Add(std::string_view text);
   // The entry, or the empty text for an index out of range.
   std::string Get(std::int32_t index) const;
+  // The entry without a copy, valid until the list changes; empty outside it.
+  std::string_view View(std::int32_t index) const;
   std::int32_t Find(std::string_view text, std::int32_t length, std::int32_t start) const;
   std::int32_t FindPrefix(std::string_view text, std::int32_t length) const { return Find(text, length, 0); }
   std::int32_t Load(std::string_view path);

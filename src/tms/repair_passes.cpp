@@ -23,16 +23,16 @@ double Distance(double x, double z, const TEXPOINT& p) { return PointDistance(x,
 // For each point, the far end of the first taxiway that ends there, by rising
 // edge number; -1 where no taxiway ends. The runway passes add no taxiways, so
 // one table serves a whole pass.
-std::vector<std::int32_t> FarEnds(TmsJob& job) {
-  std::vector<std::int32_t> far(static_cast<std::size_t>(job.network.points.count()), -1);
+std::vector<std::int32_t> FarEnds(const TaxiwayList& network) {
+  std::vector<std::int32_t> far(static_cast<std::size_t>(network.points.count()), -1);
   std::vector<char> found(far.size(), 0);
   auto set = [&](std::int32_t at, std::int32_t other) {
     if (at < 0 || static_cast<std::size_t>(at) >= far.size() || found[static_cast<std::size_t>(at)]) return;
     found[static_cast<std::size_t>(at)] = 1;
     far[static_cast<std::size_t>(at)] = other;
   };
-  for (std::int32_t i = 0; i < job.EdgeCount(); ++i) {
-    const TaxiwayEdge& e = job.Edge(i);
+  for (std::int32_t i = 0; i < network.edgeCount; ++i) {
+    const TaxiwayEdge& e = NetworkEdge(network, i);
     if (e.type != kTaxiway) continue;
     set(e.start, e.end);
     set(e.end, e.start);
@@ -42,28 +42,28 @@ std::vector<std::int32_t> FarEnds(TmsJob& job) {
 
 // Where the taxiway that ends at q, run on, crosses a runway's line at no
 // less than 20 degrees; false when q isn't near the runway or has no taxiway.
-bool CrossingOnRunway(TmsJob& job, const std::vector<std::int32_t>& farEnds, const PlaneLine& runway, std::int32_t q,
-                      double* x, double* z, TEXPOINT* far) {
-  TEXPOINT p = job.Point(q);
+bool CrossingOnRunway(const TaxiwayList& network, const std::vector<std::int32_t>& farEnds, const PlaneLine& runway,
+                      std::int32_t q, double* x, double* z, TEXPOINT* far) {
+  TEXPOINT p = NetworkPoint(network, q);
   if (!runway.IsNear(p.x, p.z, kSnapReach)) return false;
   // a far end of no point counts as no taxiway at all
   std::int32_t r = farEnds[static_cast<std::size_t>(q)];
   if (r < 0) return false;
-  *far = job.Point(r);
+  *far = NetworkPoint(network, r);
   PlaneLine taxiway;
   taxiway.SetFromPoints(p, *far);
   return runway.Intersect(taxiway, x, z, kLeastSnapAngle);
 }
 
-void MovePoint(TmsJob& job, std::int32_t point, double x, double z) {
-  if (point < 0 || point >= job.network.points.count()) return;
-  TEXPOINT p = job.network.points[point];
-  job.network.points.SetPoint(point, {TruncToLong(x), p.y, TruncToLong(z)});
+void MovePoint(TaxiwayList& network, std::int32_t point, double x, double z) {
+  if (point < 0 || point >= network.points.count()) return;
+  TEXPOINT p = network.points[point];
+  network.points.SetPoint(point, {TruncToLong(x), p.y, TruncToLong(z)});
 }
 
-std::int32_t AppendEdge(TmsJob& job, const TaxiwayEdge& edge) {
-  std::int32_t n = job.network.edgeCount++;
-  job.Edge(n) = edge;
+std::int32_t AppendEdge(TaxiwayList& network, const TaxiwayEdge& edge) {
+  std::int32_t n = network.edgeCount++;
+  NetworkEdge(network, n) = edge;
   return n;
 }
 
@@ -74,57 +74,57 @@ bool WithinEdge(double x, double z, const PlaneLine& line, const TEXPOINT& a, co
   return da >= spare && da <= line.length - spare && db >= spare && db <= line.length - spare;
 }
 
-void SnapEndPointsToRunways(TmsJob& job) {
-  std::vector<std::int32_t> farEnds = FarEnds(job);
-  for (std::int32_t i = 0; i < job.runwayList.count(); ++i) {
-    Segment& runway = *job.runwayList.At(i);
-    const TaxiwayEdge& edge = job.Edge(static_cast<std::int32_t>(runway.edge));
-    TEXPOINT s = job.Point(edge.start), e = job.Point(edge.end);
+void SnapEndPointsToRunways(TaxiwayList& network, const PointMarks& marks, const SegmentList& runways) {
+  std::vector<std::int32_t> farEnds = FarEnds(network);
+  for (std::int32_t i = 0; i < runways.count(); ++i) {
+    const Segment& runway = *runways.At(i);
+    const TaxiwayEdge& edge = NetworkEdge(network, static_cast<std::int32_t>(runway.edge));
+    TEXPOINT s = NetworkPoint(network, edge.start), e = NetworkPoint(network, edge.end);
     double reach = PointDistance(s.x, s.z, e.x, e.z) + kStubLength;
-    for (std::int32_t q = 0; q < job.network.points.count(); ++q) {
-      if (job.Mark(q) != 1) continue;
+    for (std::int32_t q = 0; q < network.points.count(); ++q) {
+      if (marks.Of(q) != 1) continue;
       double x, z;
       TEXPOINT far;
-      if (!CrossingOnRunway(job, farEnds, runway.line, q, &x, &z, &far)) continue;
-      if (Distance(x, z, s) < reach && Distance(x, z, e) < reach) MovePoint(job, q, x, z);
+      if (!CrossingOnRunway(network, farEnds, runway.line, q, &x, &z, &far)) continue;
+      if (Distance(x, z, s) < reach && Distance(x, z, e) < reach) MovePoint(network, q, x, z);
     }
   }
 }
 
-void MakeRunwayExitStubs(TmsJob& job) {
-  std::int32_t points = job.network.points.count();  // the stubs' own points are not looked at
-  std::vector<std::int32_t> farEnds = FarEnds(job);
-  for (std::int32_t i = 0; i < job.runwayList.count(); ++i) {
-    Segment& runway = *job.runwayList.At(i);
-    const TaxiwayEdge& edge = job.Edge(static_cast<std::int32_t>(runway.edge));
+void MakeRunwayExitStubs(TaxiwayList& network, PointMarks& marks, const SegmentList& runways) {
+  std::int32_t points = network.points.count();  // the stubs' own points are not looked at
+  std::vector<std::int32_t> farEnds = FarEnds(network);
+  for (std::int32_t i = 0; i < runways.count(); ++i) {
+    const Segment& runway = *runways.At(i);
+    const TaxiwayEdge& edge = NetworkEdge(network, static_cast<std::int32_t>(runway.edge));
     std::int32_t width = edge.width;
-    TEXPOINT s = job.Point(edge.start), e = job.Point(edge.end);
+    TEXPOINT s = NetworkPoint(network, edge.start), e = NetworkPoint(network, edge.end);
     double length = PointDistance(s.x, s.z, e.x, e.z);
     double limit = length - kRunwayEndClearance;
     // a runway of no length gives steps that are no numbers, and so no stubs
     double stepX = (double(e.x) - s.x) * kStubLength / length;
     double stepZ = (double(e.z) - s.z) * kStubLength / length;
     for (std::int32_t q = 0; q < points; ++q) {
-      if (job.Mark(q) != 1) continue;
+      if (marks.Of(q) != 1) continue;
       double x, z;
       TEXPOINT r;
-      if (!CrossingOnRunway(job, farEnds, runway.line, q, &x, &z, &r)) continue;
+      if (!CrossingOnRunway(network, farEnds, runway.line, q, &x, &z, &r)) continue;
       double ax = x - stepX, az = z - stepZ, bx = x + stepX, bz = z + stepZ;
       bool wantA = Distance(ax, az, e) < limit && std::fabs(TurnAngle(ax, az, x, z, r.x, r.z)) <= kWidestStubTurn;
       bool wantB = Distance(bx, bz, s) < limit && std::fabs(TurnAngle(bx, bz, x, z, r.x, r.z)) <= kWidestStubTurn;
-      if (wantA) AddExitStub(job, q, ax, az, width, kExitStub);
-      if (wantB) AddExitStub(job, q, bx, bz, width, kExitStub);
+      if (wantA) AddExitStub(network, marks, q, ax, az, width, kExitStub);
+      if (wantB) AddExitStub(network, marks, q, bx, bz, width, kExitStub);
     }
   }
 }
 
-void AddExitStub(TmsJob& job, std::int32_t from, double x, double z, std::int32_t width, std::int32_t type) {
-  TEXPOINTS& points = job.network.points;
-  if (points.count() >= points.capacity() || job.EdgeCount() >= TaxiwayList::kMaxEdges) return;
+void AddExitStub(TaxiwayList& network, PointMarks& marks, std::int32_t from, double x, double z, std::int32_t width, std::int32_t type) {
+  TEXPOINTS& points = network.points;
+  if (points.count() >= points.capacity() || network.edgeCount >= TaxiwayList::kMaxEdges) return;
   std::int32_t to = points.Add(TruncToLong(x), 0, TruncToLong(z), 0);
-  AppendEdge(job, {from, to, width, type, kAllFlags});
-  job.MarkPoint(from, 1);
-  job.MarkPoint(to, 1);
+  AppendEdge(network, {from, to, width, type, kAllFlags});
+  marks.Add(from, 1);
+  marks.Add(to, 1);
 }
 
 std::int32_t TaxiwayCount(const TaxiwayList& network) {
@@ -133,28 +133,28 @@ std::int32_t TaxiwayCount(const TaxiwayList& network) {
   return taxiways;
 }
 
-void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
-  if (TaxiwayCount(job.network) > kMostIntersectedTaxiways) return;
-  TEXPOINTS& points = job.network.points;
-  for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
-    if (job.Edge(a).type != kTaxiway) continue;
-    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) {
-      if (a == b || job.EdgeCount() + 2 >= TaxiwayList::kMaxEdges || job.Edge(b).type != kTaxiway) continue;
-      TaxiwayEdge& ea = job.Edge(a);
-      TaxiwayEdge& eb = job.Edge(b);
+void MakeTaxiwayTaxiwayIntersections(TaxiwayList& network, PointMarks& marks) {
+  if (TaxiwayCount(network) > kMostIntersectedTaxiways) return;
+  TEXPOINTS& points = network.points;
+  for (std::int32_t a = 0; a < network.edgeCount; ++a) {
+    if (NetworkEdge(network, a).type != kTaxiway) continue;
+    for (std::int32_t b = 0; b < network.edgeCount; ++b) {
+      if (a == b || network.edgeCount + 2 >= TaxiwayList::kMaxEdges || NetworkEdge(network, b).type != kTaxiway) continue;
+      TaxiwayEdge& ea = NetworkEdge(network, a);
+      TaxiwayEdge& eb = NetworkEdge(network, b);
       if (ea.start == eb.start || ea.start == eb.end || ea.end == eb.start || ea.end == eb.end) continue;
-      TEXPOINT a0 = job.Point(ea.start), a1 = job.Point(ea.end), b0 = job.Point(eb.start), b1 = job.Point(eb.end);
+      TEXPOINT a0 = NetworkPoint(network, ea.start), a1 = NetworkPoint(network, ea.end), b0 = NetworkPoint(network, eb.start), b1 = NetworkPoint(network, eb.end);
       PlaneLine la, lb;
       la.SetFromPoints(a0, a1);
       lb.SetFromPoints(b0, b1);
       double x, z;
       if (!la.Intersect(lb, &x, &z, 0)) continue;
       bool clear = true;
-      for (std::int32_t c = 0; c < job.EdgeCount() && clear; ++c) {
-        const TaxiwayEdge& ec = job.Edge(c);
+      for (std::int32_t c = 0; c < network.edgeCount && clear; ++c) {
+        const TaxiwayEdge& ec = NetworkEdge(network, c);
         if (ec.type != kTaxiway) continue;
-        clear = Distance(x, z, job.Point(ec.start)) >= kCrossingClearance &&
-                Distance(x, z, job.Point(ec.end)) >= kCrossingClearance;
+        clear = Distance(x, z, NetworkPoint(network, ec.start)) >= kCrossingClearance &&
+                Distance(x, z, NetworkPoint(network, ec.end)) >= kCrossingClearance;
       }
       if (!clear || !WithinEdge(x, z, la, a0, a1, kCrossingClearance) ||
           !WithinEdge(x, z, lb, b0, b1, kCrossingClearance) || points.count() >= points.capacity())
@@ -163,33 +163,33 @@ void MakeTaxiwayTaxiwayIntersections(TmsJob& job) {
       TaxiwayEdge restA = ea, restB = eb;
       restA.start = n;
       restB.start = n;
-      AppendEdge(job, restA);
-      AppendEdge(job, restB);
+      AppendEdge(network, restA);
+      AppendEdge(network, restB);
       ea.end = n;
       eb.end = n;
-      job.MarkPoint(n, 4);
+      marks.Add(n, 4);
     }
   }
 }
 
-bool SnapEndPointsToTaxiway(TmsJob& job, std::int32_t a, std::int32_t b) {
-  if (a == b || job.Edge(b).type != kTaxiway) return false;
-  const TaxiwayEdge& ea = job.Edge(a);
-  bool startFree = job.Mark(ea.start) == 1;
-  bool endFree = job.Mark(ea.end) == 1;
+bool SnapEndPointsToTaxiway(TaxiwayList& network, PointMarks& marks, std::int32_t a, std::int32_t b) {
+  if (a == b || NetworkEdge(network, b).type != kTaxiway) return false;
+  const TaxiwayEdge& ea = NetworkEdge(network, a);
+  bool startFree = marks.Of(ea.start) == 1;
+  bool endFree = marks.Of(ea.end) == 1;
   if (!startFree && !endFree) return false;
-  const TaxiwayEdge& eb = job.Edge(b);
-  TEXPOINT b0 = job.Point(eb.start), b1 = job.Point(eb.end);
+  const TaxiwayEdge& eb = NetworkEdge(network, b);
+  TEXPOINT b0 = NetworkPoint(network, eb.start), b1 = NetworkPoint(network, eb.end);
   PlaneLine la, lb;
-  la.SetFromPoints(job.Point(ea.start), job.Point(ea.end));
+  la.SetFromPoints(NetworkPoint(network, ea.start), NetworkPoint(network, ea.end));
   lb.SetFromPoints(b0, b1);
   double x, z;
   if (!la.Intersect(lb, &x, &z, 0) || !WithinEdge(x, z, lb, b0, b1, kTaxiwaySnapClearance)) return false;
-  std::int32_t edges = job.EdgeCount();
+  std::int32_t edges = network.edgeCount;
   std::int32_t start = ea.start, end = ea.end;
-  if (job.Mark(start) == 1) SplitEdgeAtEndPoint(job, start, x, z, b);
-  if (endFree) SplitEdgeAtEndPoint(job, end, x, z, b);
-  return job.EdgeCount() != edges;
+  if (marks.Of(start) == 1) SplitEdgeAtEndPoint(network, marks, start, x, z, b);
+  if (endFree) SplitEdgeAtEndPoint(network, marks, end, x, z, b);
+  return network.edgeCount != edges;
 }
 
 namespace {
@@ -202,8 +202,8 @@ namespace {
 // moves them.
 class SnapReachIndex {
  public:
-  explicit SnapReachIndex(TmsJob& job) : job_(job) {
-    for (std::int32_t i = 0; i < job.EdgeCount(); ++i) Insert(i);
+  explicit SnapReachIndex(const TaxiwayList& network) : network_(network) {
+    for (std::int32_t i = 0; i < network.edgeCount; ++i) Insert(i);
   }
 
   // The taxiways above 'after' that may reach one of the points, by rising number.
@@ -229,8 +229,8 @@ class SnapReachIndex {
   void Split(std::int32_t b, std::int32_t added, std::int32_t p) {
     Insert(added);
     Update(b);
-    for (std::int32_t e = 0; e < job_.EdgeCount(); ++e) {
-      const TaxiwayEdge& edge = job_.Edge(e);
+    for (std::int32_t e = 0; e < network_.edgeCount; ++e) {
+      const TaxiwayEdge& edge = NetworkEdge(network_, e);
       if (e != b && e != added && (edge.start == p || edge.end == p)) Update(e);
     }
   }
@@ -258,21 +258,21 @@ class SnapReachIndex {
 
   void Insert(std::int32_t e) {
     if (static_cast<std::size_t>(e) >= discs_.size()) discs_.resize(static_cast<std::size_t>(e) + 1);
-    const TaxiwayEdge& edge = job_.Edge(e);
+    const TaxiwayEdge& edge = NetworkEdge(network_, e);
     if (edge.type != kTaxiway) return;
     Place(e);
   }
 
   void Update(std::int32_t e) {
     // an edge of the same snap that is not in yet is placed by its own Split
-    if (static_cast<std::size_t>(e) >= discs_.size() || job_.Edge(e).type != kTaxiway) return;
+    if (static_cast<std::size_t>(e) >= discs_.size() || NetworkEdge(network_, e).type != kTaxiway) return;
     Remove(e);
     Place(e);
   }
 
   void Place(std::int32_t e) {
-    const TaxiwayEdge& edge = job_.Edge(e);
-    TEXPOINT a = job_.Point(edge.start), b = job_.Point(edge.end);
+    const TaxiwayEdge& edge = NetworkEdge(network_, e);
+    TEXPOINT a = NetworkPoint(network_, edge.start), b = NetworkPoint(network_, edge.end);
     double length = PointDistance(a.x, a.z, b.x, b.z);
     double room = length - kTaxiwaySnapClearance;
     double squared = room * room - length * length / 4;
@@ -310,7 +310,7 @@ class SnapReachIndex {
     d = Disc{};
   }
 
-  TmsJob& job_;
+  const TaxiwayList& network_;
   std::vector<Disc> discs_;
   std::unordered_map<std::uint64_t, std::vector<std::int32_t>> cells_;
   std::vector<std::int32_t> wide_;  // discs too large for the cells
@@ -318,28 +318,28 @@ class SnapReachIndex {
 
 }  // namespace
 
-void SnapEndPointsToTaxiways(TmsJob& job) {
-  SnapReachIndex index(job);
+void SnapEndPointsToTaxiways(TaxiwayList& network, PointMarks& marks) {
+  SnapReachIndex index(network);
   std::vector<std::int32_t> candidates;
   std::vector<TEXPOINT> ends;
-  for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
-    if (job.Edge(a).type != kTaxiway) continue;
+  for (std::int32_t a = 0; a < network.edgeCount; ++a) {
+    if (NetworkEdge(network, a).type != kTaxiway) continue;
     std::int32_t last = -1;
     for (bool again = true; again;) {
       again = false;
       // the ends' marks only rise, so an end that isn't free now stays so
-      const TaxiwayEdge& ea = job.Edge(a);
-      bool startFree = job.Mark(ea.start) == 1, endFree = job.Mark(ea.end) == 1;
+      const TaxiwayEdge& ea = NetworkEdge(network, a);
+      bool startFree = marks.Of(ea.start) == 1, endFree = marks.Of(ea.end) == 1;
       if (!startFree && !endFree) break;
       ends.clear();
-      if (startFree) ends.push_back(job.Point(ea.start));
-      if (endFree) ends.push_back(job.Point(ea.end));
+      if (startFree) ends.push_back(NetworkPoint(network, ea.start));
+      if (endFree) ends.push_back(NetworkPoint(network, ea.end));
       index.Candidates(ends, last, candidates);
       for (std::int32_t b : candidates) {
-        std::int32_t edges = job.EdgeCount();
-        if (!SnapEndPointsToTaxiway(job, a, b)) continue;
+        std::int32_t edges = network.edgeCount;
+        if (!SnapEndPointsToTaxiway(network, marks, a, b)) continue;
         // each split made one edge that starts at the point it moved
-        for (std::int32_t n = edges; n < job.EdgeCount(); ++n) index.Split(b, n, job.Edge(n).start);
+        for (std::int32_t n = edges; n < network.edgeCount; ++n) index.Split(b, n, NetworkEdge(network, n).start);
         last = b;
         again = true;
         break;
@@ -348,16 +348,16 @@ void SnapEndPointsToTaxiways(TmsJob& job) {
   }
 }
 
-void SplitEdgeAtEndPoint(TmsJob& job, std::int32_t point, double x, double z, std::int32_t edge) {
-  TEXPOINT p = job.Point(point);
+void SplitEdgeAtEndPoint(TaxiwayList& network, PointMarks& marks, std::int32_t point, double x, double z, std::int32_t edge) {
+  TEXPOINT p = NetworkPoint(network, point);
   double d = PointDistance(x, z, p.x, p.z);
-  if (job.EdgeCount() >= TaxiwayList::kMaxEdges || d > kSnapReach) return;
-  MovePoint(job, point, x, z);
-  TaxiwayEdge rest = job.Edge(edge);
+  if (network.edgeCount >= TaxiwayList::kMaxEdges || d > kSnapReach) return;
+  MovePoint(network, point, x, z);
+  TaxiwayEdge rest = NetworkEdge(network, edge);
   rest.start = point;
-  AppendEdge(job, rest);
-  job.Edge(edge).end = point;
-  job.MarkPoint(point, 2);
+  AppendEdge(network, rest);
+  NetworkEdge(network, edge).end = point;
+  marks.Add(point, 2);
 }
 
 }  // namespace bgr

@@ -178,17 +178,19 @@ bool JoinedPairs::Remember(std::int32_t a, std::int32_t b) {
   return true;
 }
 
-TaxiPolygons::TaxiPolygons(TmsJob& job) : job_(job) {}
+TaxiPolygons::TaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList,
+                           TileGrid& grid)
+    : network_(network), marks_(marks), taxiList_(taxiList), grid_(grid) {}
 
-Segment& TaxiPolygons::SegmentAt(std::int32_t index) { return *job_.taxiList.At(index); }
+Segment& TaxiPolygons::SegmentAt(std::int32_t index) { return *taxiList_.At(index); }
 
 void TaxiPolygons::Reset() {
-  visited_.assign(static_cast<std::size_t>(job_.taxiList.count()), 0);
+  visited_.assign(static_cast<std::size_t>(taxiList_.count()), 0);
   joined_.Clear();
 }
 
 void TaxiPolygons::Generate() {
-  std::int32_t count = job_.taxiList.count();
+  std::int32_t count = taxiList_.count();
   Reset();
   BuildPointIndex();
   for (std::int32_t i = 0; i < count; ++i) VisitSegment(i);
@@ -196,8 +198,8 @@ void TaxiPolygons::Generate() {
 
 void TaxiPolygons::BuildPointIndex() {
   byPoint_.clear();
-  for (std::int32_t i = 0; i < job_.taxiList.count(); ++i) {
-    const TaxiwayEdge& e = job_.Edge(static_cast<std::int32_t>(SegmentAt(i).edge));
+  for (std::int32_t i = 0; i < taxiList_.count(); ++i) {
+    const TaxiwayEdge& e = NetworkEdge(network_, static_cast<std::int32_t>(SegmentAt(i).edge));
     byPoint_.emplace_back(e.start, i);
     if (e.end != e.start) byPoint_.emplace_back(e.end, i);
   }
@@ -225,7 +227,7 @@ void TaxiPolygons::Neighbours(std::int32_t start, std::int32_t end, std::int32_t
 void TaxiPolygons::Enter(std::int32_t index) {
   GenerateRibbon(index);
   SetVisited(index);
-  const TaxiwayEdge& e = job_.Edge(static_cast<std::int32_t>(SegmentAt(index).edge));
+  const TaxiwayEdge& e = NetworkEdge(network_, static_cast<std::int32_t>(SegmentAt(index).edge));
   std::size_t first = candidates_.size();
   Neighbours(e.start, e.end, index);
   stack_.push_back({index, e.start, e.end, first, candidates_.size(), first, false, false, false, false});
@@ -245,7 +247,7 @@ void TaxiPolygons::VisitSegment(std::int32_t index) {
       continue;
     } else {
       std::int32_t j = candidates_[f.next];
-      const TaxiwayEdge& other = job_.Edge(static_cast<std::int32_t>(SegmentAt(j).edge));
+      const TaxiwayEdge& other = NetworkEdge(network_, static_cast<std::int32_t>(SegmentAt(j).edge));
       std::int32_t at = f.endDone ? f.start : f.end;
       if (at == other.start || at == other.end) {
         f.pending = true;
@@ -267,9 +269,9 @@ void TaxiPolygons::VisitSegment(std::int32_t index) {
 
 void TaxiPolygons::GenerateRibbon(std::int32_t index) {
   Segment& segment = SegmentAt(index);
-  const TaxiwayEdge& e = job_.Edge(static_cast<std::int32_t>(segment.edge));
+  const TaxiwayEdge& e = NetworkEdge(network_, static_cast<std::int32_t>(segment.edge));
   double halfWidth = e.width / 2.0;
-  std::int32_t startMark = job_.Mark(e.start), endMark = job_.Mark(e.end);
+  std::int32_t startMark = marks_.Of(e.start), endMark = marks_.Of(e.end);
   BuildRibbon(segment, startMark != 1 ? kJunctionInset : 0.0, endMark != 1 ? kJunctionInset : 0.0, halfWidth);
   QuadStyle style;
   style.pave = (e.flags & kPaved) && e.type != kExitStub && halfWidth != 0;
@@ -278,21 +280,21 @@ void TaxiPolygons::GenerateRibbon(std::int32_t index) {
   style.leftLights = style.rightLights = style.pave && (e.flags & kEdgeLightFlag) && startMark > 1 && endMark > 1;
   style.step = kRibbonLightStep;
   const auto& c = segment.corners;
-  DrawQuad(job_.grid, style, c[3], c[2], c[1], c[0]);
+  DrawQuad(grid_, style, c[3], c[2], c[1], c[0]);
 }
 
 void TaxiPolygons::GenerateJoint(std::int32_t a, std::int32_t b, bool aAtStart, bool bAtStart) {
   if (!joined_.Remember(a, b)) return;
   Segment& segA = SegmentAt(a);
   Segment& segB = SegmentAt(b);
-  const TaxiwayEdge& ea = job_.Edge(static_cast<std::int32_t>(segA.edge));
-  const TaxiwayEdge& eb = job_.Edge(static_cast<std::int32_t>(segB.edge));
+  const TaxiwayEdge& ea = NetworkEdge(network_, static_cast<std::int32_t>(segA.edge));
+  const TaxiwayEdge& eb = NetworkEdge(network_, static_cast<std::int32_t>(segB.edge));
   if (ea.type == kExitStub && eb.type == kExitStub) return;
   std::int32_t commonPoint = aAtStart ? ea.start : ea.end;
-  TEXPOINT common = job_.Point(commonPoint);
-  TEXPOINT farA = job_.Point(aAtStart ? ea.end : ea.start);
-  TEXPOINT farB = job_.Point(bAtStart ? eb.end : eb.start);
-  std::int32_t commonMark = job_.Mark(commonPoint);
+  TEXPOINT common = NetworkPoint(network_, commonPoint);
+  TEXPOINT farA = NetworkPoint(network_, aAtStart ? ea.end : ea.start);
+  TEXPOINT farB = NetworkPoint(network_, bAtStart ? eb.end : eb.start);
+  std::int32_t commonMark = marks_.Of(commonPoint);
 
   QuadStyle style;
   std::int32_t either = ea.flags | eb.flags;
@@ -358,11 +360,11 @@ void TaxiPolygons::GenerateJoint(std::int32_t a, std::int32_t b, bool aAtStart, 
     PlanePoint inner, outer;
     if (innerA.Intersect(innerB, &inner.x, &inner.z, kLeastFilletCrossing) &&
         outerA.Intersect(outerB, &outer.x, &outer.z, kLeastFilletCrossing)) {
-      DrawFillet(job_.grid, style, AsPlane(a2), outer, AsPlane(b1), AsPlane(a3), inner, AsPlane(b0));
+      DrawFillet(grid_, style, AsPlane(a2), outer, AsPlane(b1), AsPlane(a3), inner, AsPlane(b0));
       straight = false;
     }
   }
-  if (straight) DrawQuad(job_.grid, style, a3, a2, b1, b0);
+  if (straight) DrawQuad(grid_, style, a3, a2, b1, b0);
 }
 
 }  // namespace bgr

@@ -13,8 +13,10 @@
 
 namespace bgr {
 
+class PointMarks;
+class SegmentList;
+class TaxiwayList;
 class TileGrid;
-class TmsJob;
 struct Segment;
 
 inline constexpr std::int32_t kPaveLayer = 0;
@@ -65,7 +67,9 @@ class JoinedPairs {
 
 class TaxiPolygons {
  public:
-  explicit TaxiPolygons(TmsJob& job);
+  // Reads the network and its marks, walks the taxiway segments (whose ribbons
+  // it sets) and lays the quads into the grid.
+  TaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid);
 
   // The whole pass: every segment's ribbon and every joint, in walk order.
   void Generate();
@@ -96,7 +100,10 @@ class TaxiPolygons {
   void BuildPointIndex();
   Segment& SegmentAt(std::int32_t index);
 
-  TmsJob& job_;
+  const TaxiwayList& network_;
+  const PointMarks& marks_;
+  SegmentList& taxiList_;
+  TileGrid& grid_;
   std::vector<char> visited_;
   JoinedPairs joined_;
   std::vector<Frame> stack_;

@@ -68,19 +68,11 @@ std::int32_t TmsJob::Load(std::string_view file) {
   return result_;
 }
 
-TEXPOINT TmsJob::Point(std::int32_t number) const {
-  return number >= 0 && number < network.points.count() ? network.points[number] : TEXPOINT{};
-}
-
-void TmsJob::MarkPoint(std::int32_t point, std::int32_t amount) {
+void PointMarks::Add(std::int32_t point, std::int32_t amount) {
   if (point >= 0 && point < kMarkedPoints) {
-    auto& mark = pointMarks_[static_cast<std::size_t>(point)];
+    auto& mark = marks_[static_cast<std::size_t>(point)];
     mark = WrapAdd(mark, amount);
   }
-}
-
-std::int32_t TmsJob::Mark(std::int32_t point) const {
-  return point >= 0 && point < kMarkedPoints ? pointMarks_[static_cast<std::size_t>(point)] : 0;
 }
 
 void Bounds::Grow(std::int32_t x, std::int32_t z) {
@@ -110,18 +102,18 @@ void TmsJob::PrepareNetwork() {
     e.flags = EdgeFlags(e.flags);
     e.width = WrapMul(e.width, kUnitsPerFoot);
   }
-  std::fill(pointMarks_.begin(), pointMarks_.end(), 0);
+  marks.Clear();
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     const TaxiwayEdge& e = Edge(i);
     if (e.type == kRunway) AddSegment(runwayList, static_cast<std::uint32_t>(i), Point(e.start), Point(e.end));
     if (e.flags & kPaved) {
-      MarkPoint(e.start, 1);
-      MarkPoint(e.end, 1);
+      marks.Add(e.start, 1);
+      marks.Add(e.end, 1);
     }
   }
   for (std::int32_t i = 0; i < EdgeCount(); ++i) {
     TaxiwayEdge& e = Edge(i);
-    if (e.type != kTaxiway || Mark(e.start) != 1 || Mark(e.end) != 1) continue;
+    if (e.type != kTaxiway || marks.Of(e.start) != 1 || marks.Of(e.end) != 1) continue;
     TEXPOINT a = Point(e.start), b = Point(e.end);
     if (PointDistance(a.x, a.z, b.x, b.z) <= kShortLinkUnits) e.type = kShortLink;
   }

@@ -3,6 +3,7 @@
 // the tile grid. One job object per run of -tm; a test can make several.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -48,6 +49,7 @@ class SegmentList {
   Segment* At(std::int32_t index) {
     return index >= 0 && index < count_ ? &segments_[static_cast<std::size_t>(index)] : nullptr;
   }
+  const Segment* At(std::int32_t index) const { return const_cast<SegmentList*>(this)->At(index); }
   // False when the list is full.
   bool Add(std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
 
@@ -58,6 +60,33 @@ class SegmentList {
 };
 
 void ScalePointsUp(TEXPOINTS& points);
+
+// A point of the network; a number outside the table reads as the origin, as
+// the unused places of the table hold.
+inline TEXPOINT NetworkPoint(const TaxiwayList& network, std::int32_t number) {
+  return number >= 0 && number < network.points.count() ? network.points[number] : TEXPOINT{};
+}
+inline TaxiwayEdge& NetworkEdge(TaxiwayList& network, std::int32_t i) {
+  return network.edges[static_cast<std::size_t>(i)];
+}
+inline const TaxiwayEdge& NetworkEdge(const TaxiwayList& network, std::int32_t i) {
+  return network.edges[static_cast<std::size_t>(i)];
+}
+
+// How many paved edges meet at each point, raised by the repairs where they
+// join edges. A point number outside 0..11999 (negative ones too) has no mark:
+// 0, and marking it does nothing.
+class PointMarks {
+ public:
+  void Clear() { std::fill(marks_.begin(), marks_.end(), 0); }
+  void Add(std::int32_t point, std::int32_t amount);
+  std::int32_t Of(std::int32_t point) const {
+    return point >= 0 && point < kMarkedPoints ? marks_[static_cast<std::size_t>(point)] : 0;
+  }
+
+ private:
+  std::vector<std::int32_t> marks_ = std::vector<std::int32_t>(kMarkedPoints, 0);
+};
 
 // The bounding box of network and aprons in working units; a value equal to a
 // bound changes nothing.
@@ -90,15 +119,10 @@ class TmsJob {
   // Working units back to feet; few yellow lines become taxiways again.
   void RestoreNetwork();
 
-  // A point number outside 0..11999 (negative ones too) has no mark: 0, and marking it does nothing.
-  void MarkPoint(std::int32_t point, std::int32_t amount);
-  std::int32_t Mark(std::int32_t point) const;
   void AddSegment(SegmentList& list, std::uint32_t edge, const TEXPOINT& start, const TEXPOINT& end);
-  // A point of the network; a number outside the table reads as the origin,
-  // as the unused places of the table hold.
-  TEXPOINT Point(std::int32_t number) const;
+  TEXPOINT Point(std::int32_t number) const { return NetworkPoint(network, number); }
   std::int32_t EdgeCount() const { return network.edgeCount; }
-  TaxiwayEdge& Edge(std::int32_t i) { return network.edges[static_cast<std::size_t>(i)]; }
+  TaxiwayEdge& Edge(std::int32_t i) { return NetworkEdge(network, i); }
 
   RunContext& ctx() { return ctx_; }
   // The BGR file of the job, and whether it was read.
@@ -109,6 +133,7 @@ class TmsJob {
   PlyReader ply;  // the companion, read once at the load
   SegmentList runwayList{kRunwaySegments};
   SegmentList taxiList{TaxiwayList::kMaxEdges};
+  PointMarks marks;
   TileGrid grid;
   TmsFile tms;
   Bounds bounds;
@@ -118,7 +143,6 @@ class TmsJob {
   RunContext& ctx_;
   std::string file_;
   std::int32_t result_ = 1;
-  std::vector<std::int32_t> pointMarks_ = std::vector<std::int32_t>(kMarkedPoints, 0);
 };
 
 }  // namespace bgr

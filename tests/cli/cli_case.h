@@ -54,3 +54,10 @@ inline std::ostream& operator<<(std::ostream& os, const CliCase& c) { return os 
 std::string CaseName(const CliCase& c);
 
 }  // namespace bgrtest
+
+// A table of cases as one parameterised suite, each case named by its name.
+#define CLI_CASE_SUITE(Suite, cases)                                     \
+  class Suite : public ::testing::TestWithParam<CliCase> {};            \
+  TEST_P(Suite, Runs) { RunCliCase(GetParam()); }                       \
+  INSTANTIATE_TEST_SUITE_P(Cases, Suite, ::testing::ValuesIn(cases),    \
+                           [](const auto& info) { return CaseName(info.param); })

@@ -7,14 +7,7 @@
 namespace bgrtest {
 namespace {
 
-// Nodes 0..2 and four edges between them.
-std::string Triangle() {
-  BgrBuilder b;
-  b.Origin(1, 2).Node(0, 0, 0).Node(10, 1, 20).Node(-30, 0, 5);
-  b.Edge(0, 1, 17096, 15, 1).Edge(1, 0, 17096, 15, 1).Edge(1, 2, 16904, 1, 0).Edge(2, 0, 17000, 3, 1).End();
-  return b.data;
-}
-
+// Nodes 0..2 and those of its four edges that are kept.
 std::string TriangleWithEdges(std::initializer_list<int> keep) {
   struct E {
     int a, b, code, flags, type;
@@ -26,6 +19,7 @@ std::string TriangleWithEdges(std::initializer_list<int> keep) {
   b.End();
   return b.data;
 }
+std::string Triangle() { return TriangleWithEdges({0, 1, 2, 3}); }
 
 void MoveAndDelete(std::vector<CliCase>& cases) {
   {
@@ -240,10 +234,7 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-class EditCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(EditCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, EditCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(EditCli, Cases());
 
 }  // namespace
 }  // namespace bgrtest

@@ -84,10 +84,7 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-class ExportCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(ExportCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, ExportCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(ExportCli, Cases());
 
 }  // namespace
 }  // namespace bgrtest

@@ -145,10 +145,7 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-class ListCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(ListCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, ListCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(ListCli, Cases());
 
 TEST(ReportFile, TwoRunsAppend) {
   TempDir dir;

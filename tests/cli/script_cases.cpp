@@ -306,10 +306,7 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-class ScriptCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(ScriptCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, ScriptCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(ScriptCli, Cases());
 
 }  // namespace
 }  // namespace bgrtest

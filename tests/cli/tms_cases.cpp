@@ -26,9 +26,12 @@ std::string Progress(const std::string& load, int taxiways, const std::string& t
          tms + ")\n";
 }
 
-std::vector<std::string> NoPly(const std::string& ply) {
-  return {"INFO: WrapFileOpen(" + ply + ", [00] r) failed",
-          "WARNING: TaxiwayList::OpenPly() polygon file '" + ply + "' not open"};
+// The report lines of a missing PLY companion, and what the run reports after them.
+std::vector<std::string> NoPly(const std::string& ply, const std::string& then = "") {
+  std::vector<std::string> lines{"INFO: WrapFileOpen(" + ply + ", [00] r) failed",
+                                 "WARNING: TaxiwayList::OpenPly() polygon file '" + ply + "' not open"};
+  if (!then.empty()) lines.push_back(then);
+  return lines;
 }
 
 // 64 tiles, each with its four sections and nothing in them.
@@ -96,11 +99,7 @@ std::vector<CliCase> Cases() {
                      "ERROR: BgrTms source file 'x.bgr' not found\n" +
                          Progress("Load(x.bgr) points=0 edges=0", 0, "x.TMS"),
                      0,
-                     [] {
-                       auto r = NoPly("x.PLY");
-                       r.push_back("ERROR: BgrTms source file 'x.bgr' not found");
-                       return r;
-                     }(),
+                     NoPly("x.PLY", "ERROR: BgrTms source file 'x.bgr' not found"),
                      keep,  // the source stays as it was
                      {},
                      true,
@@ -121,11 +120,7 @@ std::vector<CliCase> Cases() {
                      {{"sq.bgr", in.data}, {"sq.TMS/keep", "k"}},
                      Progress("Load(sq.bgr) points=4 edges=2", 1, "sq.TMS"),
                      1,
-                     [] {
-                       auto r = NoPly("sq.PLY");
-                       r.push_back(NotWritten("sq.TMS"));
-                       return r;
-                     }(),
+                     NoPly("sq.PLY", NotWritten("sq.TMS")),
                      {{"sq.bgr", out.data}, {"sq.TMS/keep", "k"}}});
     cases.push_back({"a taxiway end is snapped on to the runway and written back",
                      {"-tm", "sq.bgr"},
@@ -150,19 +145,12 @@ std::vector<CliCase> Cases() {
                      Progress("Load(same.tms) points=2 edges=1", 0, "same.TMS") +
                          "ERROR: BgrTms source and destination are the same file 'same.TMS'\n",
                      1,
-                     [] {
-                       auto r = NoPly("same.PLY");
-                       r.push_back("ERROR: BgrTms source and destination are the same file 'same.TMS'");
-                       return r;
-                     }()});
+                     NoPly("same.PLY", "ERROR: BgrTms source and destination are the same file 'same.TMS'")});
   }
   return cases;
 }
 
-class TmsCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(TmsCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, TmsCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(TmsCli, Cases());
 
 std::vector<std::pair<std::int32_t, std::int32_t>> Sorted(std::vector<std::pair<std::int32_t, std::int32_t>> c) {
   std::sort(c.begin(), c.end());

@@ -61,10 +61,7 @@ std::vector<CliCase> Cases() {
   return cases;
 }
 
-class TmsListCli : public ::testing::TestWithParam<CliCase> {};
-TEST_P(TmsListCli, Runs) { RunCliCase(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(Cases, TmsListCli, ::testing::ValuesIn(Cases()),
-                         [](const auto& info) { return CaseName(info.param); });
+CLI_CASE_SUITE(TmsListCli, Cases());
 
 }  // namespace
 }  // namespace bgrtest

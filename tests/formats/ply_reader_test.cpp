@@ -10,8 +10,7 @@ namespace {
 
 class PlyReaderTest : public ::testing::Test {
  protected:
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in{dir.path()};
+  bgrtest::CurrentTempDir dir;
   bgrtest::TestRun run;
   PlyReader ply{run.ctx};
 };

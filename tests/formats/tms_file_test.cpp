@@ -25,7 +25,7 @@ void SetPolygon(TEXTURE& t, std::initializer_list<std::int32_t> verts) {
 
 void WriteSample(RunContext& ctx, const std::string& path) {
   TmsFile t;
-  ASSERT_TRUE(t.OpenWrite(ctx, path));
+  ASSERT_TRUE(t.OpenReplace(ctx, path));
   t.WriteOrigin({1, 2, 0});
   t.tileFeet = 500;
   t.lowl = {-100, 0, -200};
@@ -69,7 +69,7 @@ TEST(TmsFileTest, PolygonSizeLimits) {
   bgrtest::TempDir dir;
   bgrtest::TestRun run;
   TmsFile t;
-  ASSERT_TRUE(t.OpenWrite(run.ctx, dir / "p.tms"));
+  ASSERT_TRUE(t.OpenReplace(run.ctx, dir / "p.tms"));
   t.WriteTile();
   SetPoints(t.points, {{1, 0, 1}});
   t.polygon.count = 256;
@@ -98,7 +98,7 @@ TEST(TmsFileTest, LengthsOfSectionsLargerThanTheWriteBuffer) {
   bgrtest::TempDir dir;
   bgrtest::TestRun run;
   TmsFile t;
-  ASSERT_TRUE(t.OpenWrite(run.ctx, dir / "big.tms"));
+  ASSERT_TRUE(t.OpenReplace(run.ctx, dir / "big.tms"));
   constexpr int kPolygons = 40000;  // 36 bytes each: about 1.4 MB
   for (std::int32_t tile = 0; tile < 2; ++tile) {
     t.tileX = tile;

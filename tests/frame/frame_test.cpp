@@ -7,6 +7,7 @@
 #include "frame/options.h"
 #include "frame/run_context.h"
 #include "frame/text.h"
+#include "platform/platform.h"
 #include "support/temp_dir.h"
 #include "support/test_run.h"
 
@@ -23,8 +24,7 @@ TEST(ReportFormat, EachConversionShowsItsOwnValue) {
 }
 
 TEST(FileAccess, DeleteFilesUsesThePatternsFolder) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
+  bgrtest::CurrentTempDir dir;
   dir.Write("X/a.tmp", "1");
   dir.Write("X/b.TMP", "2");
   dir.Write("X/c.txt", "3");
@@ -36,6 +36,32 @@ TEST(FileAccess, DeleteFilesUsesThePatternsFolder) {
   EXPECT_TRUE(dir.Exists("a.tmp"));
   EXPECT_EQ(DeleteFiles("a.tmp"), 1);
   EXPECT_EQ(DeleteFiles("a.tmp"), 0);
+}
+
+// A written file shows under its name only whole: not while it is written,
+// not after it is dropped; a file it replaces stays as it was until then.
+TEST(FileAccess, AnOutputShowsUnderItsNameOnlyWhole) {
+  bgrtest::CurrentTempDir dir;
+  bgrtest::TestRun run;
+  dir.Write("OLD.BGR", "old");
+  for (const char* name : {"NEW.BGR", "OLD.BGR"}) {
+    std::string before = dir.Exists(name) ? dir.Read(name) : "";
+    for (bool keep : {false, true}) {
+      OutputFile out;
+      ASSERT_TRUE(out.Open(run.ctx, name));
+      std::fputs("new", out.get());
+      std::fflush(out.get());
+      EXPECT_EQ(dir.Exists(name) ? dir.Read(name) : "", before) << name;
+      if (keep) {
+        EXPECT_EQ(out.Commit(), "") << name;
+        EXPECT_EQ(dir.Read(name), "new") << name;
+      } else {
+        out.Drop();
+        EXPECT_EQ(dir.Exists(name) ? dir.Read(name) : "", before) << name;
+      }
+    }
+  }
+  EXPECT_EQ(platform::FindEntries("*").size(), 2u);  // no part file left beside them
 }
 
 TEST(Options, WhichArgumentsAreOptions) {

@@ -14,8 +14,7 @@
 namespace {
 
 TEST(Platform, BackslashPathsFindFilesWhateverTheirCase) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
+  bgrtest::CurrentTempDir dir;
   dir.Write("data/ksea.bgr", "x");
   EXPECT_EQ(platform::NativePath("DATA\\KSEA.BGR"), "data/ksea.bgr");
   EXPECT_EQ(platform::NativePath("data/KSEA.bgr"), "data/ksea.bgr");
@@ -29,8 +28,7 @@ TEST(Platform, BackslashPathsFindFilesWhateverTheirCase) {
 }
 
 TEST(Platform, MoveReplacesTheTarget) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
+  bgrtest::CurrentTempDir dir;
   dir.Write("_TEMP_.BGR", "new");
   dir.Write("sub/a.bgr", "old");
   EXPECT_TRUE(platform::MoveFile("_TEMP_.BGR", "SUB\\A.BGR"));
@@ -45,8 +43,7 @@ TEST(Platform, MoveReplacesTheTarget) {
 // links that lead nowhere, two spellings of one name, a file made behind the
 // program's back after the folder was listed.
 TEST(Platform, LookUpsAgreeWithTheFolderWalkInOddPlaces) {
-  bgrtest::TempDir dir;
-  bgrtest::ScopedChdir in(dir.path());
+  bgrtest::CurrentTempDir dir;
   dir.Write("data/ksea.bgr", "x");
   dir.Write("data/Two.bgr", "1");
   dir.Write("data/two.bgr", "2");

@@ -33,4 +33,10 @@ class ScopedChdir {
   std::string previous_;
 };
 
+// A fresh folder that is the current one while the object lives.
+class CurrentTempDir : public TempDir {
+ private:
+  ScopedChdir here_{path()};
+};
+
 }  // namespace bgrtest

@@ -37,7 +37,7 @@ Job Square(std::int32_t nearEnd, std::int32_t farEnd) {
 TEST(RepairPasses, NearMeansWithin150FeetInclusive) {
   for (std::int32_t off : {150, 151}) {
     Job j = Square(off, -570);
-    SnapEndPointsToRunways(j.job);
+    SnapEndPointsToRunways(j.job.network, j.job.marks, j.job.runwayList);
     EXPECT_EQ(j.Feet(3).z, off == 150 ? 0 : 151) << off;
   }
 }
@@ -45,8 +45,8 @@ TEST(RepairPasses, NearMeansWithin150FeetInclusive) {
 TEST(RepairPasses, ARunwayOf1000FeetOrLessGetsNoStubs) {
   Job j({{-500, 0, 0}, {500, 0, 0}, {0, 0, -570}, {0, 0, 30}},
         {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}});
-  SnapEndPointsToRunways(j.job);
-  MakeRunwayExitStubs(j.job);
+  SnapEndPointsToRunways(j.job.network, j.job.marks, j.job.runwayList);
+  MakeRunwayExitStubs(j.job.network, j.job.marks, j.job.runwayList);
   EXPECT_TRUE(j.Feet(3).Equals(0, 0, 0));
   EXPECT_EQ(j.job.EdgeCount(), 2);
 }
@@ -57,8 +57,8 @@ TEST(RepairPasses, AngledTaxiwaysSnapFromTwentyDegreesAndGetOneStub) {
     auto x = static_cast<std::int32_t>(-600 * std::cos(a)), z = static_cast<std::int32_t>(-600 * std::sin(a));
     Job j({{-4000, 0, 0}, {4000, 0, 0}, {x, 0, z}, {0, 0, 20}},
           {{0, 1, 150, kRunway, kFlags}, {2, 3, 75, kTaxiway, kFlags}});
-    SnapEndPointsToRunways(j.job);
-    MakeRunwayExitStubs(j.job);
+    SnapEndPointsToRunways(j.job.network, j.job.marks, j.job.runwayList);
+    MakeRunwayExitStubs(j.job.network, j.job.marks, j.job.runwayList);
     if (degrees == 25.0) {
       EXPECT_EQ(j.Feet(3).z, 0);
       ASSERT_EQ(j.job.EdgeCount(), 3);  // only the stub on the side of the sharp turn
@@ -77,12 +77,12 @@ TEST(RepairPasses, EndPointsSnapOnToTaxiwaysFromEitherSide) {
          {1000, 0, -800}, {1000, 0, -151}},
         {{0, 1, 75, kTaxiway, kFlags}, {2, 3, 75, kTaxiway, kFlags}, {4, 5, 75, kTaxiway, kFlags},
          {6, 7, 75, kTaxiway, kFlags}});
-  SnapEndPointsToTaxiways(j.job);
+  SnapEndPointsToTaxiways(j.job.network, j.job.marks);
   EXPECT_TRUE(j.Feet(3).Equals(-1000, 0, 0));
   EXPECT_TRUE(j.Feet(5).Equals(0, 0, 0));
   EXPECT_TRUE(j.Feet(7).Equals(1000, 0, -151));
   EXPECT_EQ(j.job.EdgeCount(), 6);
-  EXPECT_EQ(j.job.Mark(3), 3);
+  EXPECT_EQ(j.job.marks.Of(3), 3);
   EXPECT_EQ(j.job.Edge(0).end, 3);  // the long taxiway ends at the first split, its rest goes on
   EXPECT_EQ(j.job.Edge(4).start, 3);
 }
@@ -97,7 +97,7 @@ namespace {
 void PlainSnapEndPointsToTaxiways(TmsJob& job) {
   for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {
     if (job.Edge(a).type != kTaxiway) continue;
-    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) SnapEndPointsToTaxiway(job, a, b);
+    for (std::int32_t b = 0; b < job.EdgeCount(); ++b) SnapEndPointsToTaxiway(job.network, job.marks, a, b);
   }
 }
 
@@ -126,7 +126,7 @@ TEST(RepairPasses, SnappingOnToTaxiwaysMatchesThePlainWalk) {
     std::int32_t points = 30 + static_cast<std::int32_t>(seed * 11), edges = 20 + static_cast<std::int32_t>(seed * 7);
     RandomNetwork(*fast, seed, points, edges);
     RandomNetwork(*plain, seed, points, edges);
-    SnapEndPointsToTaxiways(*fast);
+    SnapEndPointsToTaxiways(fast->network, fast->marks);
     PlainSnapEndPointsToTaxiways(*plain);
     ASSERT_EQ(fast->EdgeCount(), plain->EdgeCount()) << seed;
     splits += fast->EdgeCount() - edges;
@@ -137,7 +137,7 @@ TEST(RepairPasses, SnappingOnToTaxiwaysMatchesThePlainWalk) {
     for (std::int32_t i = 0; i < points; ++i) {
       ASSERT_TRUE(fast->network.points[i].Equals(plain->network.points[i].x, 0, plain->network.points[i].z))
           << seed << " point " << i;
-      ASSERT_EQ(fast->Mark(i), plain->Mark(i));
+      ASSERT_EQ(fast->marks.Of(i), plain->marks.Of(i));
     }
   }
   EXPECT_GT(splits, 40);  // the networks do snap, often

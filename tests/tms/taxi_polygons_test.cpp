@@ -53,7 +53,7 @@ struct Polygons {
     job.PrepareNetwork();
     job.FillTaxiList();
     OneTile(job.grid);
-    TaxiPolygons(job).Generate();
+    TaxiPolygons(job.network, job.marks, job.taxiList, job.grid).Generate();
   }
   std::vector<Shape> Layer(std::int32_t layer) { return ShapesOf(job.grid, layer); }
   bgrtest::TestRun run;
@@ -203,8 +203,8 @@ TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
     std::int32_t points = 20 + static_cast<std::int32_t>(seed * 7), edges = 30 + static_cast<std::int32_t>(seed * 9);
     RandomNetwork(*fast, seed, points, edges);
     RandomNetwork(*plain, seed, points, edges);
-    TaxiPolygons(*fast).Generate();
-    TaxiPolygons polygons(*plain);
+    TaxiPolygons(fast->network, fast->marks, fast->taxiList, fast->grid).Generate();
+    TaxiPolygons polygons(plain->network, plain->marks, plain->taxiList, plain->grid);
     polygons.Reset();
     PlainWalk walk{*plain, polygons};
     for (std::int32_t i = 0; i < plain->taxiList.count(); ++i) walk.Visit(i);
