@@ -383,8 +383,10 @@ std::string PartNameBeside(std::string_view path) {
 
 std::FILE* OpenUnnamedBeside(const FoundPath& path) {
 #if defined(O_TMPFILE)
+  // such a file is named through its entry under /proc; without it, none is made
+  static const bool nameable = ::access("/proc/self/fd", X_OK) == 0;
   const std::string& native = path.native;
-  if (native.empty()) return nullptr;
+  if (native.empty() || !nameable) return nullptr;
   std::size_t slash = native.find_last_of('/');
   std::string folder = slash == std::string::npos ? std::string(".") : native.substr(0, slash == 0 ? 1 : slash);
   int fd = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
