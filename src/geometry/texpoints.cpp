@@ -120,10 +120,8 @@ TEXPOINTS::ExactKey TEXPOINTS::KeyOf(std::int32_t x, std::int32_t y, std::int32_
 }
 
 std::size_t TEXPOINTS::ExactSlotOf(const ExactKey& key, const TEXPOINT& p) const {
-  std::size_t bit = FilterBitOf(key);
-  if (!(exactFilter_[bit / 64] >> (bit % 64) & 1)) return exact_.size();
   std::size_t mask = exact_.size() - 1;
-  for (std::size_t at = bit >> 3;; at = (at + 1) & mask) {
+  for (std::size_t at = HomeOf(key);; at = (at + 1) & mask) {
     const ExactSlot& slot = exact_[at];
     if (slot.point == kFree) return exact_.size();
     if (slot.point >= 0 && slot.tag == key.tag && points_[static_cast<std::size_t>(slot.point)].Equals(p.x, p.y, p.z))
@@ -141,7 +139,6 @@ void TEXPOINTS::BuildExact() {
     --exactShift_;
   }
   exact_.assign(size, ExactSlot{});
-  exactFilter_.assign(size / 8, 0);
   exactTaken_ = 0;
   exactTwins_ = 0;
   exactBuilt_ = true;
@@ -156,19 +153,15 @@ void TEXPOINTS::InsertExact(std::int32_t i) {
   }
   const TEXPOINT& p = points_[static_cast<std::size_t>(i)];
   ExactKey key = KeyOf(p.x, p.y, p.z);
-  std::size_t bit = FilterBitOf(key);
-  bool fresh = !MayHold(key);  // no equal point to look for: the first free slot takes it
-  exactFilter_[bit / 64] |= std::uint64_t{1} << (bit % 64);
   std::size_t mask = exact_.size() - 1;
   std::size_t gone = exact_.size();
-  std::size_t at = bit >> 3;
+  std::size_t at = HomeOf(key);
   for (;; at = (at + 1) & mask) {
     ExactSlot& slot = exact_[at];
     if (slot.point == kFree) break;
     if (slot.point == kGone) {
       if (gone == exact_.size()) gone = at;
-      if (fresh) break;
-    } else if (!fresh && slot.tag == key.tag && points_[static_cast<std::size_t>(slot.point)].Equals(p.x, p.y, p.z)) {
+    } else if (slot.tag == key.tag && points_[static_cast<std::size_t>(slot.point)].Equals(p.x, p.y, p.z)) {
       slot.point = std::min(slot.point, i);
       ++exactTwins_;
       return;

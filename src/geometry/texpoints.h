@@ -81,23 +81,17 @@ class TEXPOINTS {
 
   // The exact index: an open-addressed table of point numbers, each with a
   // tag of its coordinates' hash, the lowest number of equal points in each
-  // slot; a slot is 8 bytes, so that a full tile's index stays in the cache.
-  // A bit table of 8 bits a slot stands in front of it: a search for a point
-  // that isn't there, as in a full tile table, mostly ends in the bit table.
+  // slot; a slot is 8 bytes, so that a full tile's index stays small.
   struct ExactSlot {
     std::int32_t point = -1;  // kFree, kGone or a point number
     std::uint32_t tag = 0;
   };
   struct ExactKey {
-    std::uint64_t hash;  // its high bits give the filter bit, and the home slot above them
+    std::uint64_t hash;  // its high bits give the home slot
     std::uint32_t tag;
   };
   static ExactKey KeyOf(std::int32_t x, std::int32_t y, std::int32_t z);
-  std::size_t FilterBitOf(const ExactKey& key) const { return static_cast<std::size_t>(key.hash >> (exactShift_ - 3)); }
-  bool MayHold(const ExactKey& key) const {
-    std::size_t bit = FilterBitOf(key);
-    return exactFilter_[bit / 64] >> (bit % 64) & 1;
-  }
+  std::size_t HomeOf(const ExactKey& key) const { return static_cast<std::size_t>(key.hash >> exactShift_); }
   std::size_t ExactSlotOf(const ExactKey& key, const TEXPOINT& p) const;  // its slot or the size
   void BuildExact();
   void InsertExact(std::int32_t i);
@@ -145,7 +139,6 @@ class TEXPOINTS {
 
   bool exactBuilt_ = false;
   std::vector<ExactSlot> exact_;
-  std::vector<std::uint64_t> exactFilter_;
   int exactShift_ = 64;          // 64 less the bits of a slot number
   std::size_t exactTaken_ = 0;   // points and gone slots
   std::int32_t exactTwins_ = 0;  // points equal to a lower-numbered one
