@@ -152,6 +152,7 @@ void RunContext::Report(std::string_view format, std::string_view text, std::int
 
 void RunContext::ReportOnce(std::string_view format, std::string_view text, std::int16_t shortNumber,
                             std::int32_t longNumber, std::string_view text2) {
+  std::lock_guard<std::mutex> hold(onceMutex_);
   if (!FirstTime(format)) return;
   Report(format, text, shortNumber, longNumber, text2);
 }

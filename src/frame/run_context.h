@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <set>
 #include <string>
 #include <string_view>
@@ -50,7 +51,8 @@ class RunContext {
     raised_.emplace(key);
     return true;
   }
-  // Report, once a run for each format.
+  // Report, once a run for each format. The one report call that may come from
+  // two threads at once (the tile tables of two layers laid side by side).
   void ReportOnce(std::string_view format, std::string_view text = "", std::int16_t shortNumber = 0,
                   std::int32_t longNumber = 0, std::string_view text2 = "");
   void ReportEnd();
@@ -70,6 +72,7 @@ class RunContext {
   bool reportBusy_ = false;
   std::int64_t startClock_ = 0;
   std::set<std::string, std::less<>> raised_;
+  std::mutex onceMutex_;
 };
 
 // A run whose console and report stay in memory: for reading files through the

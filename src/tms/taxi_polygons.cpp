@@ -1,6 +1,8 @@
 #include "tms/taxi_polygons.h"
 
 #include <algorithm>
+#include <exception>
+#include <thread>
 
 #include "frame/int32_math.h"
 #include "geometry/planar.h"
@@ -176,6 +178,24 @@ bool JoinedPairs::Remember(std::int32_t a, std::int32_t b) {
     }
   }
   return true;
+}
+
+void GenerateTaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid) {
+  SegmentList secondList = taxiList;  // the second walk sets ribbons of its own
+  TileGrid others(grid, ~(1u << kPaveLayer));
+  TileGrid pavement(grid, 1u << kPaveLayer);
+  std::exception_ptr failure;
+  {
+    std::jthread second([&] {
+      try {
+        TaxiPolygons(network, marks, secondList, others).Generate();
+      } catch (...) {
+        failure = std::current_exception();  // a fatal stop goes on from the first thread, once both are done
+      }
+    });
+    TaxiPolygons(network, marks, taxiList, pavement).Generate();
+  }
+  if (failure) std::rethrow_exception(failure);
 }
 
 TaxiPolygons::TaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList,

@@ -65,6 +65,11 @@ class JoinedPairs {
   bool hasLastKey_ = false;  // the pair whose key is kEmpty
 };
 
+// The whole step: the pavement in one thread and the other layers in another.
+// Each walks the whole network and lays only its own layers, so that every
+// layer gets its polygons in the order of one walk, as from a single one.
+void GenerateTaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid);
+
 class TaxiPolygons {
  public:
   // Reads the network and its marks, walks the taxiway segments (whose ribbons

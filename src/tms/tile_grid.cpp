@@ -22,7 +22,14 @@ bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b) {
 
 // default-initialised: every member has its initialiser, and clearing the
 // whole grid first would only touch its pages
-TileGrid::TileGrid(RunContext* ctx) : tiles_(new Grid) {
+TileGrid::TileGrid(const TileGrid& shared, std::uint32_t layers)
+    : TileSize(shared.TileSize),
+      TileOriginX(shared.TileOriginX),
+      TileOriginZ(shared.TileOriginZ),
+      tiles_(shared.tiles_),
+      layers_(layers) {}
+
+TileGrid::TileGrid(RunContext* ctx) : tiles_(std::make_shared<Grid>()) {
   for (auto& column : *tiles_) {
     for (TileRecord& tile : column) {
       for (TEXPOINTS& points : tile.points) points.Attach(ctx);
@@ -53,6 +60,7 @@ std::int64_t TileGrid::NextGridLine(std::int64_t coordinate, std::int32_t origin
 
 void TileGrid::ClipLine(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
                         std::int32_t light) {
+  if (!Lays(layer)) return;
   ClipLineOn(false, layer, {x1, z1}, {x2, z2}, light);
 }
 
@@ -90,6 +98,7 @@ void TileGrid::ClipLineOn(bool zStage, std::int32_t layer, ClipPoint a, ClipPoin
 
 void TileGrid::ClipTriangle(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
                             std::int32_t x3, std::int32_t z3) {
+  if (!Lays(layer)) return;
   ClipTriangleOn(false, layer, {x1, z1}, {x2, z2}, {x3, z3});
 }
 
@@ -151,6 +160,7 @@ void TileGrid::ClipTriangleOn(bool zStage, std::int32_t layer, ClipPoint p1, Cli
 
 void TileGrid::ClipQuad(std::int32_t layer, std::int32_t x1, std::int32_t z1, std::int32_t x2, std::int32_t z2,
                         std::int32_t x3, std::int32_t z3, std::int32_t x4, std::int32_t z4) {
+  if (!Lays(layer)) return;
   std::int32_t minX = std::min({x1, x2, x3, x4}), maxX = std::max({x1, x2, x3, x4});
   std::int32_t minZ = std::min({z1, z2, z3, z4}), maxZ = std::max({z1, z2, z3, z4});
   auto key = [&](std::int64_t x, std::int64_t z) {

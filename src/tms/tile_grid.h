@@ -32,6 +32,10 @@ class TileGrid {
 
   // Reports of the tiles' tables go to ctx; a grid of no run stays silent.
   explicit TileGrid(RunContext* ctx = nullptr);
+  // A grid that lays only the layers of 'layers' (a bit each) into the tiles of
+  // 'shared', with a clipper of its own: two that lay different layers may work
+  // at once.
+  TileGrid(const TileGrid& shared, std::uint32_t layers);
 
   TileRecord& Tile(std::int32_t x, std::int32_t z) { return (*tiles_)[static_cast<std::size_t>(x)][static_cast<std::size_t>(z)]; }
 
@@ -65,8 +69,11 @@ class TileGrid {
   std::int32_t TileIndex(std::int64_t coordinate, std::int32_t origin);
   std::int64_t NextGridLine(std::int64_t coordinate, std::int32_t origin) const;
 
+  bool Lays(std::int32_t layer) const { return layer < 0 || layer >= kLayers || (layers_ >> layer & 1) != 0; }
+
   using Grid = std::array<std::array<TileRecord, kTilesPerSide>, kTilesPerSide>;
-  std::unique_ptr<Grid> tiles_;
+  std::shared_ptr<Grid> tiles_;
+  std::uint32_t layers_ = (1u << kLayers) - 1;
   TEXTURE emitted_;
 };
 

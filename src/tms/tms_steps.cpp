@@ -37,7 +37,7 @@ constexpr TmsStep kSteps[] = {
      [](TmsJob& j) { MeasureAprons(j.ctx(), j.ply, j.bounds); }},
     {"SizeTileGrid", nullptr, false, [](TmsJob& j) { j.SizeTileGrid(); }},
     {"GenerateTaxiPolygons", [](const TmsJob&, OutputSink& out) { out.Write("GenerateTaxiPolygons()\n"); }, false,
-     [](TmsJob& j) { TaxiPolygons(j.network, j.marks, j.taxiList, j.grid).Generate(); }},
+     [](TmsJob& j) { GenerateTaxiPolygons(j.network, j.marks, j.taxiList, j.grid); }},
     {"GenerateIsYellow", [](const TmsJob&, OutputSink& out) { out.Write("GenerateIsYellow()\n"); }, false,
      [](TmsJob& j) { GenerateIsYellow(j.network, j.grid); }},
     {"GenerateApron", [](const TmsJob&, OutputSink& out) { out.Write("GenerateApron(1)\n"); }, false,
