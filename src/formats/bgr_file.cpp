@@ -12,6 +12,7 @@
 #include "frame/int32_math.h"
 #include "frame/run_context.h"
 #include "geometry/texpoints.h"
+#include "platform/platform.h"
 
 namespace bgr {
 
@@ -208,6 +209,7 @@ bool BgrFile::WriteBytes(const void* data, std::size_t n) {
 bool BgrFile::MakeRoom(std::size_t n) {
   if (pendingRoom_ >= kWriteBufferBytes && cursor_ == pendingSize_) {
     if (!FlushPending()) return false;
+    platform::StartWriteback(file());  // the disk starts on a large file while the rest is made
     if (n <= pendingRoom_) return true;
   }
   // realloc: a large buffer's pages move to their new place rather than being copied

@@ -303,6 +303,14 @@ PathKind KindOfResolved(const Resolved& r) { return r.kindKnown ? r.kind : KindO
 
 PathKind KindOf(std::string_view path) { return KindOfResolved(Resolve(path)); }
 
+void StartWriteback(std::FILE* f) {
+#if defined(SYNC_FILE_RANGE_WRITE)
+  if (std::fflush(f) == 0) ::sync_file_range(::fileno(f), 0, 0, SYNC_FILE_RANGE_WRITE);
+#else
+  (void)f;
+#endif
+}
+
 FoundPath FindPath(std::string_view path) {
   Resolved resolved = Resolve(path);
   return {resolved.native, KindOfResolved(resolved)};
