@@ -203,7 +203,8 @@ TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
     std::int32_t points = 20 + static_cast<std::int32_t>(seed * 7), edges = 30 + static_cast<std::int32_t>(seed * 9);
     RandomNetwork(*fast, seed, points, edges);
     RandomNetwork(*plain, seed, points, edges);
-    TaxiPolygons(fast->network, fast->marks, fast->taxiList, fast->grid).Generate();
+    // the step's two walks at once, each laying its own layers, against one plain walk
+    GenerateTaxiPolygons(fast->network, fast->marks, fast->taxiList, fast->grid);
     TaxiPolygons polygons(plain->network, plain->marks, plain->taxiList, plain->grid);
     polygons.Reset();
     PlainWalk walk{*plain, polygons};
