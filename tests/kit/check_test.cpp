@@ -46,16 +46,8 @@ struct Case {
   std::vector<std::string> codes;
 };
 
-std::vector<E> Runways(int n) {
-  std::vector<E> edges;
-  for (int i = 0; i < n; ++i) edges.push_back({0, 1, 0});
-  return edges;
-}
-std::vector<E> Yellow(int n, std::int32_t flags) {
-  std::vector<E> edges;
-  for (int i = 0; i < n; ++i) edges.push_back({0, 1, 1, 50, flags});
-  return edges;
-}
+std::vector<E> Runways(std::size_t n) { return std::vector<E>(n, {0, 1, 0}); }
+std::vector<E> Yellow(std::size_t n, std::int32_t flags) { return std::vector<E>(n, {0, 1, 1, 50, flags}); }
 CheckInput Cut(bool read) {
   CheckInput in = Net({}, {});
   in.network.read = read;
@@ -131,7 +123,7 @@ TEST(Check, WidthsThatAWriteChanges) {
   bgr::kit::CheckWidths(Net({}, {{0, 1, 1, 148}, {0, 1, 1, 146}, {0, 1, 1, 148}, {0, 1, 1, 150}}), f);
   ASSERT_EQ(f.size(), 1u);
   EXPECT_NE(f[0].message.find("3 edges lose 1 ft of width at every write-back by -tm or a script: 146 ft (1 edge), "
-                              "148 ft (2 edges)"),
+                              "148 ft (2 edges); only multiples of 25 ft come back as they were written"),
             std::string::npos)
       << f[0].message;
 }
