@@ -34,9 +34,6 @@ std::vector<CliCase> Cases() {
   cases.push_back(Failing("txd onto a folder is refused at the open", {"-txd", "net.bgr"},
                           {{"net.bgr", Network()}, {"net.txd/keep", "k"}}, "BgrTxd dest file 'net.txd' not openable",
                           {NotWritten("net.txd")}, {{"net.txd/keep", "k"}}));
-  cases.push_back(Failing("txp0 onto a folder is refused at the open", {"-txp0", "net.bgr"},
-                          {{"net.bgr", Network()}, {"net.txp/keep", "k"}}, "BgrTxp dest file 'net.txp' not openable",
-                          {NotWritten("net.txp")}, {{"net.txp/keep", "k"}}));
   // a failed export leaves the file of its name as it was
   cases.push_back(Says(Failing("txd of a missing source leaves the old export", {"-txd", "x.bgr"}, {{"x.txd", "old"}},
                                "BgrTxd source file 'x.bgr' not found", {NotOpened("x.bgr")}, {{"x.txd", "old"}}),
