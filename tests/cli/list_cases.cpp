@@ -51,12 +51,6 @@ std::string FiveNodes() {
   return b.data;
 }
 
-// The warning of a tag walk that ended before the end of the file.
-std::string Stopped(const std::string& name, long at) {
-  return "bgrtool: warning: '" + name + "': the walk stopped at byte " + std::to_string(at) +
-         ", where bytes inside a value look like a tag; nothing after them was read\n";
-}
-
 std::vector<CliCase> Cases() {
   std::vector<CliCase> cases;
   cases.push_back({"no arguments give the usage text", {}, {}, kUsage, 255});
@@ -127,20 +121,14 @@ std::vector<CliCase> Cases() {
                      "<bgno>\n" + kOrigin + "<node>\n<bgno>\n<vloc> (0)\n<flow>\n<\n<endo>\n"
                                             "WS= 1.000000 3.000000, EN= 1.000000 3.000000\n"});
   }
-  {
+  for (const auto& [name, tag] : {std::pair<std::string, std::string>{"a tag of more than 62 characters ends the scan",
+                                                                      "<" + std::string(70, 'a') + ">" + '\0'},
+                                  {"a tag without its zero ends the scan", "<node>X"}}) {
     BgrBuilder b;
-    b.Origin(171000.5, -441000.25).Raw("<" + std::string(70, 'a') + ">").Raw(std::string(1, '\0')).Node(1, 1, 1);
-    CliCase c{"a tag of more than 62 characters ends the scan", {"l.bgr"}, {{"l.bgr", b.data}},
-              "<bgno>\n" + kOrigin + kNoBounds};
-    c.err = Stopped("l.bgr", 42);
-    cases.push_back(c);
-  }
-  {
-    BgrBuilder b;
-    b.Origin(171000.5, -441000.25).Raw("<node>X").Node(1, 1, 1);
-    CliCase c{"a tag without its zero ends the scan", {"z.bgr"}, {{"z.bgr", b.data}}, "<bgno>\n" + kOrigin + kNoBounds};
-    c.err = Stopped("z.bgr", 42);
-    cases.push_back(c);
+    b.Origin(171000.5, -441000.25).Raw(tag).Node(1, 1, 1);
+    cases.push_back({name, {"t.bgr"}, {{"t.bgr", b.data}}, "<bgno>\n" + kOrigin + kNoBounds, 1, {}, {}, {}, true,
+                     "bgrtool: warning: 't.bgr': the walk stopped at byte 42, where bytes inside a value look like a "
+                     "tag; nothing after them was read\n"});
   }
   return cases;
 }
@@ -157,12 +145,6 @@ TEST(ReportFile, TwoRunsAppend) {
             "INFO: WrapFileOpen(missing.bgr, [00] rb) failed\n"
             "ERROR: BgrList source file 'missing.bgr' not found\nTIME= <t> sec\n");
 }
-
-}  // namespace
-}  // namespace bgrtest
-
-namespace bgrtest {
-namespace {
 
 TEST(ReportFile, UnwritableReportFallsBackOnTheConsole) {
   // differs on Windows: the report's path is the program's full path there, and so is its message

@@ -9,6 +9,7 @@
 #include <map>
 #include <thread>
 
+#include "support/airport_db.h"
 #include "support/bgr_builder.h"
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
@@ -99,25 +100,12 @@ TEST(Faults, TheTileJobLeavesEachFileOldOrNewWhole) {
 
 // A script run saves each network and each PLY file whole or not at all.
 TEST(Faults, AScriptLeavesEachNetworkAndPlyFileOldOrNewWhole) {
-  std::string dbd(56, '\0');
-  dbd[16] = 2;
-  dbd[20] = 24;
-  auto record = [](const char* code, double lat, double lon) {
-    std::string r(code);
-    r.resize(8, '\0');
-    r.append(reinterpret_cast<const char*>(&lat), 8).append(reinterpret_cast<const char*>(&lon), 8);
-    return r;
-  };
-  dbd += record("LMMX", 100000, 50000) + record("EGXX", 101000, 50000);
   std::string script = "REF N27:46:40 E13:53:20\n";
   for (int i = 0; i < 60; ++i) script += "LIN " + std::to_string(i * 30) + " 0 " + std::to_string(i % 7) + " 75 15\nPOI " + std::to_string(i) + " 0 1\n";
   script += "REF N28:3:20 E13:53:20\nMOV 0 0 0 75 15\nLIN 0 0 500 75 15\nPOI 1 0 1\n";
-  SweepOldOrNew({{"DATABASE/AIRPORT.DBD", dbd},
-                 {"DATABASE/AIRPORT.dbt", "aica,0,8,C\nalat,8,8,N\nalon,16,8,N\n"},
-                 {"DATA/LMMX.BGR", Network(30, 0.5)},
-                 {"DATA/LMMX.PLY", "ORG 1 2\nPOI 1 1\n"},
-                 {"s.txt", script}},
-                {"-tes.txt"}, 1);
+  Files inputs{{"DATA/LMMX.BGR", Network(30, 0.5)}, {"DATA/LMMX.PLY", "ORG 1 2\nPOI 1 1\n"}, {"s.txt", script}};
+  for (const auto& [name, bytes] : DatabaseFiles({{"LMMX", 100000, 50000}, {"EGXX", 101000, 50000}})) inputs[name] = bytes;
+  SweepOldOrNew(inputs, {"-tes.txt"}, 1);
 }
 
 // A failing rename or sync before the new file takes its place: the target

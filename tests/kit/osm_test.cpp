@@ -43,12 +43,6 @@ TEST(Osm, RunwayEndsFollowTheBearing) {
   }
 }
 
-}  // namespace
-}  // namespace bgr::kit
-
-namespace bgr {
-namespace {
-
 // What a script is written with reads back within a tenth of a thousandth of
 // an arc-second, in every quarter of the globe.
 TEST(Osm, PositionsReadBackAsWritten) {
@@ -66,4 +60,4 @@ TEST(Osm, PositionsReadBackAsWritten) {
 }
 
 }  // namespace
-}  // namespace bgr
+}  // namespace bgr::kit

@@ -87,12 +87,6 @@ TEST(RepairPasses, EndPointsSnapOnToTaxiwaysFromEitherSide) {
   EXPECT_EQ(j.job.Edge(4).start, 3);
 }
 
-}  // namespace
-}  // namespace bgr
-
-namespace bgr {
-namespace {
-
 // The pass as plain walks over all pairs: what the indexed pass must agree with.
 void PlainSnapEndPointsToTaxiways(TmsJob& job) {
   for (std::int32_t a = 0; a < job.EdgeCount(); ++a) {

@@ -45,30 +45,29 @@ std::vector<Shape> ShapesOf(TileGrid& grid, std::int32_t layer) {
   return shapes;
 }
 
-// A network in feet, run through the job up to its taxiway polygons, all in one tile.
-struct Polygons {
-  Polygons(std::initializer_list<TEXPOINT> points, std::initializer_list<TaxiwayEdge> edges) {
-    for (const TEXPOINT& p : points) job.network.points.Add(p.x, p.y, p.z, -1);
-    for (const TaxiwayEdge& e : edges) job.Edge(job.network.edgeCount++) = e;
-    job.PrepareNetwork();
-    job.FillTaxiList();
-    OneTile(job.grid);
-    TaxiPolygons(job.network, job.marks, job.taxiList, job.grid).Generate();
-  }
-  std::vector<Shape> Layer(std::int32_t layer) { return ShapesOf(job.grid, layer); }
-  bgrtest::TestRun run;
-  TmsJob job{run.ctx};
-};
+// A network in feet, made ready for its taxiway polygons, all in one tile.
+void Prepare(TmsJob& job) {
+  job.PrepareNetwork();
+  job.FillTaxiList();
+  OneTile(job.grid);
+}
 
 enum class Joint { kNothing, kStraight, kFillet };
 
 // Two edges of 3000 ft that meet at (3000, 0) ft, the second turned by the angle.
 Joint JointAtTurn(double degrees) {
   double a = degrees * kPi / 180;
-  auto x = static_cast<std::int32_t>(std::lround(3000 + 3000 * std::cos(a)));
-  auto z = static_cast<std::int32_t>(std::lround(3000 * std::sin(a)));
-  Polygons p({{0, 0, 0}, {3000, 0, 0}, {x, 0, z}}, {{0, 1, 20, kTaxiway, 1}, {1, 2, 20, kTaxiway, 1}});
-  std::size_t joint = p.Layer(0).size() - 2;
+  bgrtest::TestRun run;
+  TmsJob job{run.ctx};
+  job.network.points.Add(0, 0, 0, -1);
+  job.network.points.Add(3000, 0, 0, -1);
+  job.network.points.Add(static_cast<std::int32_t>(std::lround(3000 + 3000 * std::cos(a))), 0,
+                         static_cast<std::int32_t>(std::lround(3000 * std::sin(a))), -1);
+  job.Edge(job.network.edgeCount++) = {0, 1, 20, kTaxiway, 1};
+  job.Edge(job.network.edgeCount++) = {1, 2, 20, kTaxiway, 1};
+  Prepare(job);
+  TaxiPolygons(job.network, job.marks, job.taxiList, job.grid).Generate();
+  std::size_t joint = ShapesOf(job.grid, 0).size() - 2;
   return joint == 0 ? Joint::kNothing : joint == 1 ? Joint::kStraight : Joint::kFillet;
 }
 
@@ -113,7 +112,6 @@ TEST(DrawFillet, StepsAndEdgeLightsFollowTheCurveLength) {
     EXPECT_EQ(ShapesOf(grid, 3).size(), c.edgeLights) << c.length;
   }
 }
-
 
 // The walk as plain recursion over all segments, and the pair table as a plain
 // array: what the indexed versions must agree with.
@@ -190,9 +188,7 @@ void RandomNetwork(TmsJob& job, std::uint32_t seed, std::int32_t points, std::in
     std::int32_t flags = next(16), type = next(10) == 0 ? kExitStub : kTaxiway;
     job.Edge(job.network.edgeCount++) = {a, b, 20 + next(200), type, flags};
   }
-  job.PrepareNetwork();
-  job.FillTaxiList();
-  OneTile(job.grid);
+  Prepare(job);
 }
 
 TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
