@@ -55,8 +55,6 @@ TEST(Osm, PositionsReadBackAsWritten) {
     EXPECT_EQ(ParseLongitude(FormatLongitude(degrees), &lon), 1);
     EXPECT_NEAR(lon, degrees * 3600, 0.00005 + 1e-9) << FormatLongitude(degrees);
   }
-  EXPECT_EQ(FormatLatitude(35.5), "N35:30:0.0000");
-  EXPECT_EQ(FormatLongitude(-122.25), "W122:15:0.0000");
 }
 
 }  // namespace
