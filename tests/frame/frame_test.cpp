@@ -23,21 +23,6 @@ TEST(ReportFormat, EachConversionShowsItsOwnValue) {
   EXPECT_EQ(FormatReportLine("100%% %5d|%-3s|", "ab", 12, 0, ""), "100%    12|ab |");
 }
 
-TEST(FileAccess, DeleteFilesUsesThePatternsFolder) {
-  bgrtest::CurrentTempDir dir;
-  dir.Write("X/a.tmp", "1");
-  dir.Write("X/b.TMP", "2");
-  dir.Write("X/c.txt", "3");
-  dir.Write("a.tmp", "4");
-  EXPECT_EQ(DeleteFiles("X\\*.tmp"), 0);
-  EXPECT_FALSE(dir.Exists("X/a.tmp"));
-  EXPECT_FALSE(dir.Exists("X/b.TMP"));
-  EXPECT_TRUE(dir.Exists("X/c.txt"));
-  EXPECT_TRUE(dir.Exists("a.tmp"));
-  EXPECT_EQ(DeleteFiles("a.tmp"), 1);
-  EXPECT_EQ(DeleteFiles("a.tmp"), 0);
-}
-
 // A written file shows under its name only whole: not while it is written,
 // not after it is dropped; a file it replaces stays as it was until then.
 TEST(FileAccess, AnOutputShowsUnderItsNameOnlyWhole) {
