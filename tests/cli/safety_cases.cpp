@@ -43,20 +43,22 @@ Files AllFiles(const TempDir& dir) {
   return files;
 }
 
+// Runs a command in a fresh folder of 'inputs'; gives the files it leaves.
+Files RunIn(const Files& inputs, const std::vector<std::string>& args, long limit, const std::string& call, ToolRun& run) {
+  TempDir dir;
+  for (const auto& [name, bytes] : inputs) dir.Write(name, bytes);
+  run = RunTool(BGRTOOL_PATH, dir.path(), args, limit, call);
+  return AllFiles(dir);
+}
+
 // Runs a command in a fresh folder of 'inputs' under file-size limits swept
 // over its largest output, and with each failing call: every file ends as it
 // was or as a full run leaves it (no part file stays), and a run that didn't
 // finish every file says ERROR and exits with 'failedExit'.
 void SweepOldOrNew(const Files& inputs, const std::vector<std::string>& args, int failedExit,
                    const std::vector<std::string>& calls = {}) {
-  auto runIn = [&](long limit, const std::string& call, ToolRun& run) {
-    TempDir dir;
-    for (const auto& [name, bytes] : inputs) dir.Write(name, bytes);
-    run = RunTool(BGRTOOL_PATH, dir.path(), args, limit, call);
-    return AllFiles(dir);
-  };
   ToolRun run;
-  Files done = runIn(-1, "", run);
+  Files done = RunIn(inputs, args, -1, "", run);
   ASSERT_EQ(run.exitStatus, 1) << args[0];
   ASSERT_NE(done, inputs) << args[0];
   std::size_t largest = 0;
@@ -67,7 +69,7 @@ void SweepOldOrNew(const Files& inputs, const std::vector<std::string>& args, in
   for (const std::string& call : calls) faults.emplace_back(-1, call);
   int failed = 0;
   for (const auto& [limit, call] : faults) {
-    Files after = runIn(limit, call, run);
+    Files after = RunIn(inputs, args, limit, call, run);
     std::string what = args[0] + " at " + std::to_string(limit) + " " + call;
     for (const auto& [name, bytes] : after) {
       bool old = inputs.count(name) && inputs.at(name) == bytes, full = done.count(name) && done.at(name) == bytes;
@@ -115,10 +117,8 @@ TEST(Faults, AFailingRenameOrSyncChangesNothing) {
       {"-mv1:2", "a.bgr", "b.bgr"}, {"-pg", "a.bgr"}, {"-mg", "c.bgr", "a.bgr"}, {"-rsfix.txt", "a.bgr"}, {"-txd", "a.bgr"}};
   for (const auto& args : commands) {
     for (std::string call : {"rename:1", "fsync:1"}) {
-      TempDir dir;
-      for (const auto& [name, bytes] : Inputs()) dir.Write(name, bytes);
-      ToolRun run = RunTool(BGRTOOL_PATH, dir.path(), args, -1, call);
-      Files after = AllFiles(dir);
+      ToolRun run;
+      Files after = RunIn(Inputs(), args, -1, call, run);
       after.erase("_TEMP_.BGR");
       EXPECT_EQ(run.exitStatus, 0) << args[0] << " " << call;
       EXPECT_NE(run.out.find("ERROR: "), std::string::npos) << args[0] << " " << call;

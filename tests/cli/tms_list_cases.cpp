@@ -9,9 +9,10 @@
 namespace bgrtest {
 namespace {
 
-std::string Hex8(std::size_t v) {
-  char text[16];
-  std::snprintf(text, sizeof text, "%08zX", v);
+// The listing's last line: where the reader stopped and the file's length.
+std::string Tail(std::size_t tell, std::size_t length) {
+  char text[48];
+  std::snprintf(text, sizeof text, "Tell= %08zX, len= %08zX\n", tell, length);
   return text;
 }
 
@@ -23,7 +24,7 @@ std::string Head() {
 std::vector<CliCase> Cases() {
   std::string sample = SampleBytes();
   // the reader stops in front of the closing <endo>
-  std::string tail = "Tell= " + Hex8(sample.size() - 7) + ", len= " + Hex8(sample.size()) + "\n";
+  std::string tail = Tail(sample.size() - 7, sample.size());
   std::string listing = Head() +
                         "\n<indx> 0 0\n<pave> 3\n  0: 2560 0 5120 (10 0 20 ft)\n  1: 0 0 0 (0 0 0 ft)\n"
                         "  2: 256 0 0 (1 0 0 ft)\n"
@@ -40,16 +41,15 @@ std::vector<CliCase> Cases() {
   empty.Tag("<tlxz>").Long(8).Long(8).Tag("<feet>").Float(500).Tag("<lowl>").Double(-100).Double(0).Double(-200);
   empty.Tag("<tile>").Tag("<bgno>").Tag("<indx>").Long(0).Long(0).Tag("<endo>").Tag("<endo>");
   cases.push_back({"a file with no points keeps the start range", {"e.tms"}, {{"e.tms", empty.data}},
-                   Head() + "\n<indx> 0 0\nRange X: 9999999 -9999999, Z: 9999999 -9999999\nTell= " +
-                       Hex8(empty.data.size() - 7) + ", len= " + Hex8(empty.data.size()) + "\n"});
+                   Head() + "\n<indx> 0 0\nRange X: 9999999 -9999999, Z: 9999999 -9999999\n" +
+                       Tail(empty.data.size() - 7, empty.data.size())});
   // cut behind the vertex count of the first polygon: the short reads leave the
   // vertex numbers as they were (0), and the walk ends at the end of the file
   std::string cut = sample.substr(0, sample.find(std::string("\x05\0\0\0\x03\0\0\0", 8)) + 12);
   std::string vertex = "  0: 2560 0 5120 (10 0 20 ft)\n";
   cases.push_back({"a file cut inside a polygon ends the listing", {"c.tms"}, {{"c.tms", cut}},
                    Head() + "\n<indx> 0 0\n<pave> 3\n" + vertex + vertex + vertex +
-                       "Range X: 2560 2560, Z: 5120 5120\nTell= " +
-                       Hex8(cut.size()) + ", len= " + Hex8(cut.size()) + "\n"});
+                       "Range X: 2560 2560, Z: 5120 5120\n" + Tail(cut.size(), cut.size())});
   // a word cut by the end of the file is given back four bytes behind where the
   // read left the stream: the listing ends 4 bytes before the end
   Bytes cutWord;
