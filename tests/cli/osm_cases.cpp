@@ -120,6 +120,17 @@ bool OnWindows() {
 #define NEED_OSM_XML() \
   if (OnWindows()) GTEST_SKIP() << "bgrkit.exe reads .osm.pbf only"
 
+// makedb from what bgrkit osm wrote to 'osm', then -te of the airport's script: the network it saves.
+bgr::NetworkContent BuiltNetwork(const TempDir& dir, const std::string& code, const std::string& path) {
+  EXPECT_EQ(RunTool(BGRKIT_PATH, dir.path(), {"makedb", "osm/airports.csv", "DATABASE/AIRPORT.DBD"}).exitStatus, 0);
+  std::filesystem::create_directories(dir / "DATA");
+  ToolRun te = RunTool(BGRTOOL_PATH, dir.path(), {"-teosm/" + code + ".txt"});
+  EXPECT_EQ(te.exitStatus, 1) << te.out;
+  EXPECT_TRUE(dir.Exists(path)) << te.out;
+  bgr::QuietRun run;
+  return bgr::ReadNetworkContent(run.ctx, dir / path);
+}
+
 class OsmChain : public ::testing::TestWithParam<Airport> {};
 
 TEST_P(OsmChain, TheNetworkHoldsWhatTheMapHolds) {
@@ -135,13 +146,9 @@ TEST_P(OsmChain, TheNetworkHoldsWhatTheMapHolds) {
     return;
   }
   ASSERT_EQ(osm.exitStatus, 0) << osm.err;
-  ASSERT_EQ(RunTool(BGRKIT_PATH, dir.path(), {"makedb", "osm/airports.csv", "DATABASE/AIRPORT.DBD"}).exitStatus, 0);
-  std::filesystem::create_directories(dir / "DATA");
-  ToolRun te = RunTool(BGRTOOL_PATH, dir.path(), {std::string("-teosm/") + a.code + ".txt"});
-  ASSERT_EQ(te.exitStatus, 1) << te.out;
   std::string bgr = std::string("DATA/") + a.stem + ".BGR";
-  ASSERT_TRUE(dir.Exists(bgr)) << osm.err;
-  std::filesystem::copy_file(dir / bgr, dir / "built.BGR");
+  bgr::NetworkContent net = BuiltNetwork(dir, a.code, bgr);  // as built, before -tm repairs it
+  ASSERT_TRUE(net.complete) << osm.err;
 
   ToolRun tm = RunTool(BGRTOOL_PATH, dir.path(), {"-tm", std::string("DATA\\") + a.stem + ".BGR"});
   EXPECT_EQ(tm.exitStatus, 1);
@@ -156,9 +163,6 @@ TEST_P(OsmChain, TheNetworkHoldsWhatTheMapHolds) {
   }
 
   MapFacts map = ReadMap(extract);
-  bgr::QuietRun run;
-  bgr::NetworkContent net = bgr::ReadNetworkContent(run.ctx, dir / "built.BGR");
-  ASSERT_TRUE(net.complete);
   auto at = [&](std::int32_t p) { return Place{net.Node(p).x, net.Node(p).z}; };
   Place origin{0, 0};
   const double reach = 20000;  // the airport's own objects, not those of the rest of the extract
@@ -340,12 +344,7 @@ TEST(Kit, OsmKeepsApartWhatTheMergeWouldJoin) {
   EXPECT_NE(osm.err.find("1 taxiway vertices within 5 ft of another node are left out"), std::string::npos)
       << osm.err;
   EXPECT_NE(osm.err.find("1 taxiway junctions within 5 ft of another are moved apart"), std::string::npos) << osm.err;
-  ASSERT_EQ(RunTool(BGRKIT_PATH, dir.path(), {"makedb", "osm/airports.csv", "DATABASE/AIRPORT.DBD"}).exitStatus, 0);
-  std::filesystem::create_directories(dir / "DATA");
-  ToolRun te = RunTool(BGRTOOL_PATH, dir.path(), {"-teosm/LMXX.txt"});
-  ASSERT_TRUE(dir.Exists("DATA/LMXX.BGR")) << te.out;
-  bgr::QuietRun run;
-  bgr::NetworkContent net = bgr::ReadNetworkContent(run.ctx, dir / "DATA/LMXX.BGR");
+  bgr::NetworkContent net = BuiltNetwork(dir, "LMXX", "DATA/LMXX.BGR");
   std::map<std::int32_t, std::set<std::int32_t>> neighbours;
   for (const auto& e : net.edges)
     if (e.type == 1) neighbours[e.from].insert(e.to), neighbours[e.to].insert(e.from);
