@@ -156,34 +156,6 @@ TEST(Kit, CheckPrintsFindingsOrJsonForOneFileOrSeveral) {
   EXPECT_EQ(docs[1]["summary"]["errors"], 1);
 }
 
-TEST(Kit, RenderWritesSvgAndPng) {
-  TempDir dir;
-  dir.Write("a.bgr", Network());
-  ASSERT_EQ(RunTool(BGRTOOL_PATH, dir.path(), {"-tm", "a.bgr"}).exitStatus, 1);
-  ToolRun svg = Kit(dir, {"render", "a.TMS", "-o", "a.svg", "--labels"});
-  ASSERT_EQ(svg.exitStatus, 0) << svg.err;
-  std::string text = dir.Read("a.svg");
-  EXPECT_EQ(text.rfind("<?xml", 0), 0u);
-  EXPECT_NE(text.find("a.BGR, a.TMS"), std::string::npos);  // a TMS brings its network along
-  // tile corners are working units shown in feet, fractions kept
-  std::size_t tile = text.find("<polygon", text.find("id=\"pave\""));
-  ASSERT_NE(tile, std::string::npos);
-  std::string shape = text.substr(tile, text.find("/>", tile) - tile);
-  EXPECT_NE(shape.find('.'), std::string::npos) << shape;
-  ToolRun png = Kit(dir, {"render", "a.bgr", "-o", "a.PNG", "--width", "300"});
-  const char* other = std::getenv("BGRKIT_TEST_BINARY");
-  if (other && std::string_view(other).ends_with(".exe")) {
-    // differs on Windows: that build has no cairo, so it refuses a PNG and leaves no file
-    EXPECT_EQ(png.exitStatus, 1);
-    EXPECT_NE(png.err.find("SVG only"), std::string::npos) << png.err;
-    EXPECT_FALSE(dir.Exists("a.PNG"));
-    return;
-  }
-  if (png.exitStatus == 1 && png.err.find("librsvg2-2") != std::string::npos) GTEST_SKIP() << png.err;
-  ASSERT_EQ(png.exitStatus, 0) << png.err;
-  EXPECT_EQ(dir.Read("a.PNG").substr(0, 8), "\x89PNG\r\n\x1a\n");
-}
-
 TEST(Kit, RefusedAndDamagedInputsGiveAMessageAndWriteNothing) {
   TempDir dir;
   std::string whole = Network();
@@ -234,7 +206,7 @@ const char* const kLayerPattern = "<g id=\"([a-z0-9-]+)\" class=\"layer\" data-c
 const char* const kLegendPattern =
     "<g class=\"legend-entry\" data-layer=\"([a-z0-9-]+)\"><[a-z]+ [^>]*?(?:fill|stroke)=\"(#[0-9a-f]{6})\"";
 
-TEST(Kit, RenderLegendListsWhatIsDrawnInItsColours) {
+TEST(Kit, RenderWritesSvgAndPngWithALegendOfWhatIsDrawn) {
   TempDir dir;
   // a runway, a taxiway, a painted line (flags 2 alone), an apron and a string of PLY lights,
   // at a place west of Greenwich
@@ -269,6 +241,30 @@ TEST(Kit, RenderLegendListsWhatIsDrawnInItsColours) {
   EXPECT_EQ(SvgGroups(fewer, kLayerPattern), SvgGroups(fewer, kLegendPattern));
   EXPECT_EQ(SvgGroups(fewer, kLegendPattern).count("grid"), 0u);
   EXPECT_EQ(SvgGroups(fewer, kLegendPattern).count("pave"), 0u);
+
+  // the tile file drawn, and a PNG
+  ToolRun tiles = Kit(dir, {"render", "a.TMS", "-o", "t.svg", "--labels"});
+  ASSERT_EQ(tiles.exitStatus, 0) << tiles.err;
+  std::string text = dir.Read("t.svg");
+  EXPECT_EQ(text.rfind("<?xml", 0), 0u);
+  EXPECT_NE(text.find("a.BGR, a.PLY, a.TMS"), std::string::npos);  // a TMS brings its network and PLY along
+  // tile corners are working units shown in feet, fractions kept
+  std::size_t tile = text.find("<polygon", text.find("id=\"pave\""));
+  ASSERT_NE(tile, std::string::npos);
+  std::string shape = text.substr(tile, text.find("/>", tile) - tile);
+  EXPECT_NE(shape.find('.'), std::string::npos) << shape;
+  ToolRun png = Kit(dir, {"render", "a.bgr", "-o", "a.PNG", "--width", "300"});
+  const char* other = std::getenv("BGRKIT_TEST_BINARY");
+  if (other && std::string_view(other).ends_with(".exe")) {
+    // differs on Windows: that build has no cairo, so it refuses a PNG and leaves no file
+    EXPECT_EQ(png.exitStatus, 1);
+    EXPECT_NE(png.err.find("SVG only"), std::string::npos) << png.err;
+    EXPECT_FALSE(dir.Exists("a.PNG"));
+    return;
+  }
+  if (png.exitStatus == 1 && png.err.find("librsvg2-2") != std::string::npos) GTEST_SKIP() << png.err;
+  ASSERT_EQ(png.exitStatus, 0) << png.err;
+  EXPECT_EQ(dir.Read("a.PNG").substr(0, 8), "\x89PNG\r\n\x1a\n");
 }
 
 TEST(Kit, TilesOfAnotherStateOfTheNetworkAreWarnedOf) {
