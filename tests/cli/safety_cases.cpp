@@ -85,17 +85,14 @@ void SweepOldOrNew(const Files& inputs, const std::vector<std::string>& args, in
   EXPECT_GT(failed, 0) << args[0] << ": no fault bit";
 }
 
-TEST(Faults, EveryWritingCommandSucceedsWholeOrChangesNothing) {
+TEST(Faults, EveryWritingCommandLeavesEachFileOldOrNewWhole) {
   for (const auto& args : std::vector<std::vector<std::string>>{{"-mv1:2", "a.bgr", "b.bgr"}, {"-de3", "a.bgr", "b.bgr"},
                                                                 {"-mg", "c.bgr", "a.bgr"}, {"-pg", "a.bgr"},
                                                                 {"-rsfix.txt", "a.bgr"}, {"-txd", "a.bgr"},
                                                                 {"-txp", "a.bgr"}, {"-txp0", "a.bgr"}})
     SweepOldOrNew(Inputs(), args, 0);
-}
-
-// The tile job writes two files, each whole or not at all; its exit value
-// tells only whether the network was read.
-TEST(Faults, TheTileJobLeavesEachFileOldOrNewWhole) {
+  // the tile job writes two files, each whole or not at all; its exit value
+  // tells only whether the network was read
   SweepOldOrNew({{"a.bgr", Network(40, 0.5)}, {"a.TMS", "old tiles"}}, {"-tm", "a.bgr"}, 1,
                 {"rename:1", "rename:2", "fsync:1", "fsync:3"});
 }
