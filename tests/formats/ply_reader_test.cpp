@@ -13,6 +13,8 @@ class PlyReaderTest : public ::testing::Test {
   bgrtest::CurrentTempDir dir;
   bgrtest::TestRun run;
   PlyReader ply{run.ctx};
+  TEXPOINTS pts;
+  TEXTURE tex;
 };
 
 TEST_F(PlyReaderTest, ReadPlyMergesAndShiftsPoints) {
@@ -20,8 +22,6 @@ TEST_F(PlyReaderTest, ReadPlyMergesAndShiftsPoints) {
             "ORG 1 2\nPOI 0 0\nPOI 10 0\nPOI 10 10\nPOI 0 0\nPLY \"closed\"\nPOI 5\n  POI 1 1\nPLY \"x\"\n"
             "LGT 1 2 3 4\nLGT 7 8 9\nEXI\nPOI 1 1\nPLY \"hidden\"\n");
   ASSERT_TRUE(ply.Open("p.PLY"));
-  TEXPOINTS pts;
-  TEXTURE tex;
   ASSERT_TRUE(ply.ReadPly(pts, tex, 0));
   ASSERT_EQ(tex.count, 4);
   EXPECT_EQ(tex.verts[3].point, 0);  // shares the first point's index
@@ -54,8 +54,6 @@ TEST_F(PlyReaderTest, ReadPlyGivesUpAfterTenTries) {
   text += "POI 0 0\nPLY \"x\"\n";
   dir.Write("t.PLY", text);
   ASSERT_TRUE(ply.Open("t.PLY"));
-  TEXPOINTS pts;
-  TEXTURE tex;
   ASSERT_TRUE(ply.ReadPly(pts, tex, -1));
   ASSERT_EQ(tex.count, 11);
   EXPECT_EQ(tex.verts[10].point, 9);  // the tenth try's point, (5, 4)
@@ -67,14 +65,11 @@ TEST_F(PlyReaderTest, ReadPlyStopsAt255Points) {
   text += "PLY \"big\"\nPOI 1 1\nPOI 2 2\nPOI 3 1\nPLY \"after\"\n";
   dir.Write("m.PLY", text);
   ASSERT_TRUE(ply.Open("m.PLY"));
-  TEXPOINTS pts;
-  TEXTURE tex;
   ASSERT_TRUE(ply.ReadPly(pts, tex, 0));
   EXPECT_EQ(tex.count, 255);
   EXPECT_FALSE(ply.ReadPly(pts, tex, 0));  // meets the PLY line with no points
   EXPECT_NE(run.console.Take().find("ERROR: TaxiwayList::ReadPly - too many points 0 0\n"), std::string::npos);
 }
-
 
 }  // namespace
 }  // namespace bgr

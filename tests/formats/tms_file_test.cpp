@@ -58,16 +58,18 @@ void WriteSample(RunContext& ctx, const std::string& path) {
   EXPECT_TRUE(t.Close());
 }
 
-TEST(TmsFileTest, WritesTheLayoutWithBackPatchedLengths) {
+class TmsFileTest : public ::testing::Test {
+ protected:
   bgrtest::TempDir dir;
   bgrtest::TestRun run;
+};
+
+TEST_F(TmsFileTest, WritesTheLayoutWithBackPatchedLengths) {
   WriteSample(run.ctx, dir / "s.tms");
   EXPECT_EQ(dir.Read("s.tms"), SampleBytes());
 }
 
-TEST(TmsFileTest, PolygonSizeLimits) {
-  bgrtest::TempDir dir;
-  bgrtest::TestRun run;
+TEST_F(TmsFileTest, PolygonSizeLimits) {
   TmsFile t;
   ASSERT_TRUE(t.OpenReplace(run.ctx, dir / "p.tms"));
   t.WriteTile();
@@ -94,9 +96,7 @@ TEST(TmsFileTest, PolygonSizeLimits) {
 
 // A section longer than the writer keeps in memory has its length patched on
 // the disk, and what follows it lands after it.
-TEST(TmsFileTest, LengthsOfSectionsLargerThanTheWriteBuffer) {
-  bgrtest::TempDir dir;
-  bgrtest::TestRun run;
+TEST_F(TmsFileTest, LengthsOfSectionsLargerThanTheWriteBuffer) {
   TmsFile t;
   ASSERT_TRUE(t.OpenReplace(run.ctx, dir / "big.tms"));
   constexpr int kPolygons = 40000;  // 36 bytes each: about 1.4 MB
