@@ -95,10 +95,7 @@ TEST(Faults, EveryWritingCommandLeavesEachFileOldOrNewWhole) {
   // tells only whether the network was read
   SweepOldOrNew({{"a.bgr", Network(40, 0.5)}, {"a.TMS", "old tiles"}}, {"-tm", "a.bgr"}, 1,
                 {"rename:1", "rename:2", "fsync:1", "fsync:3"});
-}
-
-// A script run saves each network and each PLY file whole or not at all.
-TEST(Faults, AScriptLeavesEachNetworkAndPlyFileOldOrNewWhole) {
+  // a script run saves each network and each PLY file whole or not at all
   std::string script = "REF N27:46:40 E13:53:20\n";
   for (int i = 0; i < 60; ++i) script += "LIN " + std::to_string(i * 30) + " 0 " + std::to_string(i % 7) + " 75 15\nPOI " + std::to_string(i) + " 0 1\n";
   script += "REF N28:3:20 E13:53:20\nMOV 0 0 0 75 15\nLIN 0 0 500 75 15\nPOI 1 0 1\n";
