@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "cli/cli_case.h"
 #include "support/bgr_builder.h"
@@ -68,30 +69,16 @@ std::string YellowLines(int n, Lines lines) {
 std::vector<CliCase> Cases() {
   std::vector<CliCase> cases;
   // what stands there instead of a network is said on standard error (the listing's cases name the other
-  // kinds); all else is as for a missing file
-  struct NoNetwork {
-    const char* name;
-    FileList files;
-    std::string err;
-  };
-  for (const NoNetwork& n :
-       {NoNetwork{"without a network the job writes 64 empty tiles and fails", {}, NoSuchSource("x.bgr")},
-        NoNetwork{"a file cut inside its first tag is no network",
-                  {{"x.bgr", "<bgn"}},
-                  "bgrtool: 'x.bgr': it ends at byte 4, inside its first record\n"}}) {
-    FileList keep = n.files;
+  // kinds); all else is as for a missing file, and the source stays as it was
+  for (const auto& [name, files, err] : std::vector<std::tuple<std::string, FileList, std::string>>{
+           {"without a network the job writes 64 empty tiles and fails", {}, NoSuchSource("x.bgr")},
+           {"a file cut inside its first tag is no network", {{"x.bgr", "<bgn"}},
+            "bgrtool: 'x.bgr': it ends at byte 4, inside its first record\n"}}) {
+    FileList keep = files;
     keep.push_back({"x.TMS", EmptyTiles(38562.49609375, 38562.49609375, 500.0f)});
-    cases.push_back({n.name,
-                     {"-tm", "x.bgr"},
-                     n.files,
-                     "ERROR: BgrTms source file 'x.bgr' not found\n" +
-                         Progress("Load(x.bgr) points=0 edges=0", 0, "x.TMS"),
-                     0,
-                     NoPly("x.PLY", "ERROR: BgrTms source file 'x.bgr' not found"),
-                     keep,  // the source stays as it was
-                     {},
-                     true,
-                     n.err});
+    const std::string error = "ERROR: BgrTms source file 'x.bgr' not found";
+    cases.push_back({name, {"-tm", "x.bgr"}, files, error + "\n" + Progress("Load(x.bgr) points=0 edges=0", 0, "x.TMS"),
+                     0, NoPly("x.PLY", error), keep, {}, true, err});
   }
   {
     // a runway from (-2000, 0) to (2000, 0) ft and a taxiway that ends 30 ft short of it
@@ -104,11 +91,8 @@ std::vector<CliCase> Cases() {
     out.Edge(0, 1, kWidth150, 0, 0).Edge(2, 3, kWidth75, 0, 1).End();
     // a folder in the tile file's place: the open says so in the report alone, and the job goes on
     cases.push_back({"a taxiway end is snapped on to the runway and written back beside a folder named as the tile file",
-                     {"-tm", "sq.bgr"},
-                     {{"sq.bgr", in.data}, {"sq.TMS/keep", "k"}},
-                     Progress("Load(sq.bgr) points=4 edges=2", 1, "sq.TMS"),
-                     1,
-                     NoPly("sq.PLY", NotWritten("sq.TMS")),
+                     {"-tm", "sq.bgr"}, {{"sq.bgr", in.data}, {"sq.TMS/keep", "k"}},
+                     Progress("Load(sq.bgr) points=4 edges=2", 1, "sq.TMS"), 1, NoPly("sq.PLY", NotWritten("sq.TMS")),
                      {{"sq.bgr", out.data}, {"sq.TMS/keep", "k"}}});
   }
   for (int n : {99, 100}) {
@@ -120,13 +104,10 @@ std::vector<CliCase> Cases() {
   {
     BgrBuilder in;
     in.Origin(0, 0).Node(0, 0, 0).Node(100, 0, 0).Edge(0, 1, kWidth75, 0, 1).End();
-    cases.push_back({"a source named as its tile file is not overwritten by its tiles",
-                     {"-tm", "same.tms"},
-                     {{"same.tms", in.data}},
-                     Progress("Load(same.tms) points=2 edges=1", 0, "same.TMS") +
-                         "ERROR: BgrTms source and destination are the same file 'same.TMS'\n",
-                     1,
-                     NoPly("same.PLY", "ERROR: BgrTms source and destination are the same file 'same.TMS'")});
+    const std::string same = "ERROR: BgrTms source and destination are the same file 'same.TMS'";
+    cases.push_back({"a source named as its tile file is not overwritten by its tiles", {"-tm", "same.tms"},
+                     {{"same.tms", in.data}}, Progress("Load(same.tms) points=2 edges=1", 0, "same.TMS") + same + "\n",
+                     1, NoPly("same.PLY", same)});
   }
   return cases;
 }
