@@ -38,16 +38,18 @@ double Cross(const TEXPOINTS& p, const Triple& t) {
   return (double(b.x) - a.x) * (double(c.z) - a.z) - (double(b.z) - a.z) * (double(c.x) - a.x);
 }
 
-TEST(Triangulate, ConvexShapesFanFromCornerZero) {
+class Triangulate : public ::testing::Test {
+ protected:
   TEXPOINTS pts;
   TEXTURE tex;
+};
+
+TEST_F(Triangulate, ConvexShapesFanFromCornerZero) {
   Make(pts, tex, {{0, 0}, {0, 100}, {50, 150}, {100, 100}, {100, 0}});  // clockwise
   EXPECT_EQ(All(tex, pts), (std::vector<Triple>{{0, 1, 2}, {0, 2, 3}, {0, 3, 4}}));
 }
 
-TEST(Triangulate, SelfCrossingFailsUnlessFanned) {
-  TEXPOINTS pts;
-  TEXTURE tex;
+TEST_F(Triangulate, SelfCrossingFailsUnlessFanned) {
   Make(pts, tex, {{0, 0}, {100, 100}, {200, 0}, {200, 100}, {100, 0}, {0, 100}});
   EXPECT_EQ(tex.Triangle(pts, 0, 0), nullptr);
   EXPECT_EQ(tex.triangles, nullptr);
@@ -55,11 +57,10 @@ TEST(Triangulate, SelfCrossingFailsUnlessFanned) {
 }
 
 // Star-shaped polygons are simple: their triangles must cover them exactly.
-TEST(Triangulate, RandomSimplePolygonsAreCoveredExactly) {
+TEST_F(Triangulate, RandomSimplePolygonsAreCoveredExactly) {
   std::mt19937 rng(1123);
   std::uniform_real_distribution<double> unit(0, 1);
-  TEXPOINTS pts(256);
-  TEXTURE tex;
+  pts.SetSize(256);
   for (int round = 0; round < 3000; ++round) {
     // a quadrilateral is fanned from corner 0 even when concave, so the
     // covering holds from five corners on
@@ -95,7 +96,7 @@ TEST(Triangulate, RandomSimplePolygonsAreCoveredExactly) {
 }
 
 // Bearings as the plain formula gives them: atan itself, cut to whole degrees.
-TEST(Triangulate, WholeDegreesAgreeWithAtan) {
+TEST_F(Triangulate, WholeDegreesAgreeWithAtan) {
   auto plain = [](double q) { return static_cast<std::int32_t>(std::atan(q) / 0.017453292519943295); };
   std::vector<double> qs = {0.0, -0.0, 1.0, -1.0, 1e-300, 57.28996163075943, 57.29, 1e9, -1e9, 2147483647.0};
   for (int k = 0; k <= 90; ++k) {
@@ -122,11 +123,9 @@ TEST(Triangulate, WholeDegreesAgreeWithAtan) {
 
 // The winding vote with every edge's bearing taken once is the plain sum of the
 // signs of each corner's VertexTurn.
-TEST(Triangulate, ReversedIsTheVoteOfTheCornerTurns) {
+TEST_F(Triangulate, ReversedIsTheVoteOfTheCornerTurns) {
   std::mt19937 rng(11);
   std::uniform_int_distribution<std::int32_t> coord(-400000, 400000), size(3, 12);
-  TEXPOINTS pts;
-  TEXTURE tex;
   for (int round = 0; round < 30000; ++round) {
     std::vector<XZ> corners(static_cast<std::size_t>(size(rng)));
     for (std::size_t k = 0; k < corners.size(); ++k) {
