@@ -101,10 +101,7 @@ TEST(ClipProperties, PiecesCoverTheShapeAndLieInTheirTiles) {
       // (the winding vote counts whole degrees, so a sliver may keep its winding)
       stored += std::fabs(Area(p.corners));
       std::int64_t sx = 0, sz = 0;
-      for (const TEXPOINT& q : p.corners) {
-        sx += q.x;
-        sz += q.z;
-      }
+      for (const TEXPOINT& q : p.corners) sx += q.x, sz += q.z;
       auto n = static_cast<std::int64_t>(p.corners.size());
       EXPECT_EQ(grid.TileIndexX(static_cast<std::int32_t>(sx / n)), p.tileX);
       EXPECT_EQ(grid.TileIndexZ(static_cast<std::int32_t>(sz / n)), p.tileZ);
