@@ -84,7 +84,7 @@ Stream OpenPart(RunContext& ctx, std::string_view name, std::string& part, bool&
   }
   // a new file has nothing to protect but itself from being seen half made:
   // it is written without a name and named at the end, which costs no rename
-  if (kind == platform::PathKind::kMissing) {
+  if (target.free) {
     Stream stream(platform::OpenUnnamedBeside(target));
     unnamed = static_cast<bool>(stream);
     if (stream) return stream;

@@ -313,7 +313,7 @@ void StartWriteback(std::FILE* f) {
 
 FoundPath FindPath(std::string_view path) {
   Resolved resolved = Resolve(path);
-  return {resolved.native, KindOfResolved(resolved)};
+  return {resolved.native, KindOfResolved(resolved), resolved.kindKnown && resolved.kind == PathKind::kMissing};
 }
 
 std::FILE* OpenFile(std::string_view path, const char* mode) {
@@ -510,7 +510,11 @@ bool MoveFile(std::string_view from, std::string_view to) {
   std::error_code ec;
   if (source.native.empty() || target.native.empty() || KindOfResolved(source) != PathKind::kRegular) return false;
   if (!target.kindKnown && fs::is_symlink(fs::symlink_status(target.native, ec))) {
-    fs::path resolved = fs::weakly_canonical(target.native, ec);
+    // the file the link points to takes the bytes, also when it isn't there yet
+    fs::path to = fs::read_symlink(target.native, ec);
+    if (ec) return false;
+    if (to.is_relative()) to = fs::path(target.native).parent_path() / to;
+    fs::path resolved = fs::weakly_canonical(to, ec);
     if (ec) return false;
     target = Resolved::Unknown(resolved.string());
   }

@@ -52,6 +52,7 @@ std::string PartNameBeside(std::string_view path);
 struct FoundPath {
   std::string native;
   PathKind kind = PathKind::kMissing;
+  bool free = false;  // nothing stands at the name, not even a link to nowhere
 };
 FoundPath FindPath(std::string_view path);
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <limits>
 
 #include "frame/file_access.h"
@@ -47,6 +48,16 @@ TEST(FileAccess, AnOutputShowsUnderItsNameOnlyWhole) {
     }
   }
   EXPECT_EQ(platform::FindEntries("*").size(), 2u);  // no part file left beside them
+  // a link to a file not yet made stays a link: the new file is made where it points
+  std::error_code ec;
+  std::filesystem::create_symlink("made.bgr", "LINK.BGR", ec);
+  if (ec) return;
+  OutputFile out;
+  ASSERT_TRUE(out.Open(run.ctx, "LINK.BGR"));
+  std::fputs("linked", out.get());
+  EXPECT_EQ(out.Commit(), "");
+  EXPECT_TRUE(std::filesystem::is_symlink("LINK.BGR"));
+  EXPECT_EQ(dir.Read("made.bgr"), "linked");
 }
 
 TEST(Options, WhichArgumentsAreOptions) {
