@@ -20,8 +20,6 @@ bool StrictlyBetween(std::int32_t v, std::int32_t a, std::int32_t b) {
   return (a < v && v < b) || (b < v && v < a);
 }
 
-// default-initialised: every member has its initialiser, and clearing the
-// whole grid first would only touch its pages
 TileGrid::TileGrid(const TileGrid& shared, std::uint32_t layers)
     : TileSize(shared.TileSize),
       TileOriginX(shared.TileOriginX),
@@ -29,7 +27,9 @@ TileGrid::TileGrid(const TileGrid& shared, std::uint32_t layers)
       tiles_(shared.tiles_),
       layers_(layers) {}
 
-TileGrid::TileGrid(RunContext* ctx) : tiles_(std::make_shared<Grid>()) {
+// default-initialised: every member has its initialiser, and clearing the
+// whole grid first would only touch its pages
+TileGrid::TileGrid(RunContext* ctx) : tiles_(new Grid) {
   for (auto& column : *tiles_) {
     for (TileRecord& tile : column) {
       for (TEXPOINTS& points : tile.points) points.Attach(ctx);
