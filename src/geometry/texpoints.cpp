@@ -206,10 +206,11 @@ std::size_t TEXPOINTS::RecentOf(std::int32_t x, std::int32_t z) {
 std::int32_t TEXPOINTS::FindExact(std::int32_t x, std::int32_t y, std::int32_t z) {
   if (!exactBuilt_) BuildExact();
   if (!recentValid_) {
-    recent_.fill(RecentAnswer{});
+    if (!recent_) recent_ = std::make_unique<std::array<RecentAnswer, kRecent>>();
+    recent_->fill(RecentAnswer{});
     recentValid_ = true;
   }
-  RecentAnswer& recent = recent_[RecentOf(x, z)];
+  RecentAnswer& recent = (*recent_)[RecentOf(x, z)];
   if (recent.point != kFree && recent.p.Equals(x, y, z)) return std::max(recent.point, -1);
   TEXPOINT p{x, y, z};
   std::size_t at = ExactSlotOf(KeyOf(x, y, z), p);

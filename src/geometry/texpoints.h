@@ -105,7 +105,8 @@ class TEXPOINTS {
     std::int32_t point = -1;  // kFree: no answer; kGone: none
   };
   static constexpr std::size_t kRecent = 64;
-  std::array<RecentAnswer, kRecent> recent_{};
+  // made by the first exact search: most tables of a small airport are never searched
+  std::unique_ptr<std::array<RecentAnswer, kRecent>> recent_;
   bool recentValid_ = false;
   static std::size_t RecentOf(std::int32_t x, std::int32_t z);
 

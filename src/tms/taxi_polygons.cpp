@@ -180,7 +180,12 @@ bool JoinedPairs::Remember(std::int32_t a, std::int32_t b) {
   return true;
 }
 
-void GenerateTaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid) {
+void GenerateTaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid,
+                          std::int32_t leastForTwoWalks) {
+  if (taxiList.count() < leastForTwoWalks) {
+    TaxiPolygons(network, marks, taxiList, grid).Generate();
+    return;
+  }
   SegmentList secondList = taxiList;  // the second walk sets ribbons of its own
   TileGrid others(grid, ~(1u << kPaveLayer));
   TileGrid pavement(grid, 1u << kPaveLayer);

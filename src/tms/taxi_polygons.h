@@ -65,10 +65,15 @@ class JoinedPairs {
   bool hasLastKey_ = false;  // the pair whose key is kEmpty
 };
 
-// The whole step: the pavement in one thread and the other layers in another.
-// Each walks the whole network and lays only its own layers, so that every
-// layer gets its polygons in the order of one walk, as from a single one.
-void GenerateTaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid);
+// A small airport is laid by one walk: a second thread would cost more than it saves.
+inline constexpr std::int32_t kLeastSegmentsForTwoWalks = 1000;
+
+// The whole step: from 'leastForTwoWalks' taxiway segments on, the pavement in
+// one thread and the other layers in another. Each walks the whole network and
+// lays only its own layers, so that every layer gets its polygons in the order
+// of one walk, as from a single one.
+void GenerateTaxiPolygons(const TaxiwayList& network, const PointMarks& marks, SegmentList& taxiList, TileGrid& grid,
+                          std::int32_t leastForTwoWalks = kLeastSegmentsForTwoWalks);
 
 class TaxiPolygons {
  public:

@@ -200,7 +200,7 @@ TEST(TaxiPolygons, TheWalkMatchesThePlainRecursion) {
     RandomNetwork(*fast, seed, points, edges);
     RandomNetwork(*plain, seed, points, edges);
     // the step's two walks at once, each laying its own layers, against one plain walk
-    GenerateTaxiPolygons(fast->network, fast->marks, fast->taxiList, fast->grid);
+    GenerateTaxiPolygons(fast->network, fast->marks, fast->taxiList, fast->grid, 0);
     TaxiPolygons polygons(plain->network, plain->marks, plain->taxiList, plain->grid);
     polygons.Reset();
     PlainWalk walk{*plain, polygons};
