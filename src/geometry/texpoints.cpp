@@ -129,15 +129,22 @@ std::size_t TEXPOINTS::ExactSlotOf(const ExactKey& key, const TEXPOINT& p) const
   }
 }
 
+// The slots of an open-addressed table for at least 'least' entries, a power of
+// two from 64 on; 'shift' turns a 64-bit hash into a slot number.
+std::size_t TEXPOINTS::TableSize(std::size_t least, int& shift) {
+  std::size_t size = 64;
+  shift = 58;
+  while (size < least) {
+    size *= 2;
+    --shift;
+  }
+  return size;
+}
+
 // Grown four times over each time it is half full, so that a table filled a
 // point at a time is built few times.
 void TEXPOINTS::BuildExact() {
-  std::size_t size = 64;
-  exactShift_ = 58;
-  while (size < static_cast<std::size_t>(count_) * 4) {
-    size *= 2;
-    --exactShift_;
-  }
+  std::size_t size = TableSize(static_cast<std::size_t>(count_) * 4, exactShift_);
   exact_.assign(size, ExactSlot{});
   exactTaken_ = 0;
   exactTwins_ = 0;
@@ -251,12 +258,7 @@ std::size_t TEXPOINTS::FindSlot(std::uint64_t key) const {
 }
 
 void TEXPOINTS::BuildCells() {
-  std::size_t size = 64;
-  slotShift_ = 58;
-  while (size < static_cast<std::size_t>(count_) * 2) {
-    size *= 2;
-    --slotShift_;
-  }
+  std::size_t size = TableSize(static_cast<std::size_t>(count_) * 2, slotShift_);
   slots_.assign(size, CellSlot{});
   filter_.assign((size << kFilterBitsPerSlotLog2) / 64, 0);
   slotsTaken_ = 0;

@@ -93,6 +93,7 @@ class TEXPOINTS {
   static ExactKey KeyOf(std::int32_t x, std::int32_t y, std::int32_t z);
   std::size_t HomeOf(const ExactKey& key) const { return static_cast<std::size_t>(key.hash >> exactShift_); }
   std::size_t ExactSlotOf(const ExactKey& key, const TEXPOINT& p) const;  // its slot or the size
+  static std::size_t TableSize(std::size_t least, int& shift);
   void BuildExact();
   void InsertExact(std::int32_t i);
   void UnindexExact(std::int32_t i);
